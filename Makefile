@@ -1,0 +1,29 @@
+# The two commands a newcomer types: `make run` and `make test`.
+BUILD ?= build
+BUILD_TYPE ?= RelWithDebInfo
+SANITIZE ?= OFF
+JOBS ?= $(shell nproc)
+
+.PHONY: deps configure build test run clean sanitize
+
+deps:
+	@scripts/install-deps.sh
+
+configure: deps
+	@cmake -S . -B $(BUILD) -G Ninja -DCMAKE_BUILD_TYPE=$(BUILD_TYPE) -DTOLM_SANITIZE=$(SANITIZE) >/dev/null
+
+build: configure
+	@cmake --build $(BUILD) -j $(JOBS)
+
+test: build
+	@cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
+
+# The same tests under AddressSanitizer and UndefinedBehaviorSanitizer.
+sanitize:
+	@$(MAKE) test BUILD=build-asan BUILD_TYPE=Debug SANITIZE=ON
+
+run: build
+	@scripts/run-demo.sh $(BUILD)
+
+clean:
+	rm -rf $(BUILD) build-asan
