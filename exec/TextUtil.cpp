@@ -1,0 +1,25 @@
+#include "exec/TextUtil.h"
+
+#include <cctype>
+
+namespace Tolm {
+
+std::string CollapseWhitespace(std::string_view text)
+{
+    std::string result;
+    result.reserve(text.size());
+    bool pendingBlank = false;
+    for (char c : text) {
+        if (std::isspace(static_cast<unsigned char>(c))) {
+            pendingBlank = !result.empty();
+            continue;
+        }
+        if (pendingBlank)
+            result += ' ';
+        pendingBlank = false;
+        result += c;
+    }
+    return result;
+}
+
+}  // namespace Tolm
