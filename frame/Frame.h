@@ -1,0 +1,99 @@
+#pragma once
+// Tolm::Frame: every screen and dialog. Supplies the modal loop (Run), the one
+// key reader (GetKey, with dimming and the idle timeout), the signal thread
+// that turns signals into bytes on a self-pipe, and the process-wide session
+// state.
+#include <signal.h>
+#include <sys/time.h>
+
+#include <string>
+
+#include "frame/Window.h"
+
+namespace Tolm {
+
+class StringFactory;
+class FrameClock;
+
+// Thrown by Frame::GetKey when the idle timeout expires; unwinds every open
+// window back to the status screen. Never swallow it.
+class TolmTimeout {};
+
+class Frame : public Window {
+public:
+    // One byte per signal on the self-pipe.
+    enum SignalCode : unsigned char {
+        SIG_REFRESH = 1,    // SIGUSR1
+        SIG_RESTART = 2,    // SIGUSR2
+        SIG_RESIZE = 3,     // SIGWINCH
+        SIG_TERMINATE = 4,  // SIGINT, SIGQUIT, SIGTERM
+    };
+    // What WaitForInput returns besides key codes (0 and above).
+    enum WaitCode : int {
+        WAIT_NOTHING = -1,
+        WAIT_TIMEOUT = -2,
+        WAIT_REFRESH = -3,
+        WAIT_RESTART = -4,
+        WAIT_RESIZE = -5,
+        WAIT_TERMINATE = -6,
+    };
+
+    // A top-level curses window at (x, y); `parent` is the frame this one is
+    // run over (null for a full screen of its own).
+    Frame(Frame* parent, int x, int y, int width, int height, int background, int foreground);
+    ~Frame() override;
+
+    // The window's own key loop; its result is what Run returns.
+    virtual int Execute() = 0;
+    // Re-read live data and redraw (on the refresh signal, for the frame in
+    // front only).
+    virtual void Refresh() {}
+
+    Frame* ParentFrame() const { return _parentFrame; }
+    StringFactory* Factory() const { return _factory; }
+
+    // Run `window` modally: dim the parent, draw the window, Execute, redraw
+    // the parent. TolmTimeout passes through (parent not redrawn).
+    static int Run(Frame* window);
+    // Read one key for `window`. Dims it after 60 s without a key; with
+    // `idleTimeout` true and _idleTimeout non-zero throws TolmTimeout after
+    // max(_idleTimeout, 60) s. Handles the signal codes itself (refresh,
+    // restart, resize and terminate, the last two by exiting).
+    static int GetKey(Window* window, bool idleTimeout);
+    // One wait on descriptor 0 and the self-pipe; `limit` null waits
+    // without limit. A key wins over a pending signal byte.
+    static int WaitForInput(const timeval* limit);
+
+    static void SetLoggedIn(bool loggedIn);
+    static void SetLoginName(const std::string& name);
+    static void LoadIdleTimeout();
+
+    // Block the signal set, create the pipe, start the signal thread.
+    // Exits with status 1 when the pipe or the thread cannot be created.
+    static void InitSignals();
+    static void* SignalHandler(void* unused);
+    static void Resize();
+    static void CheckSmartCard();
+    static std::string LookupSmartCardUser();
+    static bool IsSmartCardPresent(const std::string& userId);
+
+    // Replace the clock GetKey uses (null restores the real one). Tests only.
+    static void SetClock(FrameClock* clock);
+
+    // Process-wide session state.
+    static Frame* fgFrame;
+    static sigset_t _signalSet;
+    static int _signalPipe[2];
+    static bool _isLoggedWithSmartCard;
+    static std::string _smartCardLoginId;
+    static std::string _loginName;
+    static bool _loggedIn;
+    static bool _markForRestart;
+    static unsigned _idleTimeout;
+
+protected:
+    Frame* _parentFrame;
+    StringFactory* _factory;
+};
+
+}  // namespace Tolm
