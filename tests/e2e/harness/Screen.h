@@ -1,0 +1,109 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <vector>
+
+struct VTerm;
+struct VTermScreen;
+
+namespace Tolm::E2E {
+
+struct Rgb {
+    uint8_t r = 0, g = 0, b = 0;
+    bool operator==(const Rgb&) const = default;
+};
+std::ostream& operator<<(std::ostream& os, const Rgb& c);
+
+// Index of a colour the program did not set (the terminal's default).
+inline constexpr int kDefaultColor = -1;
+// A colour the program set as direct RGB rather than by palette index.
+inline constexpr int kRgbColor = -2;
+
+// One character cell as the terminal shows it.
+struct Cell {
+    std::string text;        // UTF-8; " " for an empty cell
+    int fg = kDefaultColor;  // palette index 0..255, kDefaultColor or kRgbColor
+    int bg = kDefaultColor;
+    Rgb fgRgb, bgRgb;        // the colours as the terminal would paint them
+    bool bold = false;
+    bool underline = false;
+    bool blink = false;
+    bool reverse = false;    // curses' standout is reverse video on xterm and linux
+    bool italic = false;
+};
+std::ostream& operator<<(std::ostream& os, const Cell& c);
+
+struct Pos {
+    int col = 0;
+    int row = 0;
+    bool operator==(const Pos&) const = default;
+};
+std::ostream& operator<<(std::ostream& os, const Pos& p);
+
+enum class Trim { Keep, TrailingSpaces };
+
+// A libvterm terminal of a fixed size fed with the program's output. Not
+// thread-safe: Console guards it with its lock.
+class Screen {
+public:
+    // `reply` receives what the terminal answers (cursor position reports,
+    // device attributes); Console writes it back to the program.
+    using ReplyFn = void (*)(const char* bytes, size_t len, void* user);
+
+    Screen(int cols, int rows, ReplyFn reply, void* user);
+    ~Screen();
+    Screen(const Screen&) = delete;
+    Screen& operator=(const Screen&) = delete;
+
+    void Feed(std::string_view bytes);
+    void Resize(int cols, int rows);
+    void Reset();
+
+    int Cols() const { return cols_; }
+    int Rows() const { return rows_; }
+
+    // Row `row` (negative counts from the bottom: -1 is the last row).
+    std::string Row(int row, Trim trim = Trim::Keep) const;
+    std::string Text(Trim trim = Trim::TrailingSpaces) const;
+    Cell CellAt(int col, int row) const;
+    std::optional<Pos> Find(std::string_view text) const;
+    Pos Cursor() const;
+
+    // Every row framed with its number and a visible end "|", for failure
+    // messages.
+    std::string Dump() const;
+
+    // Whether the program asked for application cursor keys (ESC [?1h).
+    bool ApplicationCursor() const { return appCursor_; }
+    // Palette entries the program redefined, by index (xterm's OSC 4 and the
+    // Linux console's ESC ] P), and how often it reset the palette (ESC ] R).
+    std::map<int, Rgb> Palette() const { return palette_; }
+    int PaletteResets() const { return paletteResets_; }
+
+private:
+    struct RowCells {
+        std::string text;
+        std::vector<int> colOfByte;  // column of each byte of `text`
+    };
+    RowCells Cells(int row) const;
+    int NormRow(int row) const;
+    void Filter(std::string_view bytes, std::string& out);
+    void HandleOsc(std::string_view body);
+
+    VTerm* vt_ = nullptr;
+    VTermScreen* screen_ = nullptr;
+    int cols_, rows_;
+    // Bytes of an escape sequence split across two reads.
+    std::string pending_;
+    bool appCursor_ = false;
+    std::map<int, Rgb> palette_;
+    int paletteResets_ = 0;
+};
+
+}  // namespace Tolm::E2E
