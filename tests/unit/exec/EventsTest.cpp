@@ -1,0 +1,88 @@
+#include "exec/Events.h"
+
+#include "TestRoot.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <cstring>
+
+namespace Tolm {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::Not;
+using Test::TempRootTest;
+
+TEST(EventRecordTest, RecordsCarryPrefixIdentifierAndMessage)
+{
+    EXPECT_EQ(EventRecord(Events::RestartingHostAgents),
+              "@&!*@*@(evt.user.tolm.restarting.hostagents)Restarting host agents");
+    EXPECT_EQ(EventRecord(Events::LoginFailed),
+              "@&!*@*@(evt.user.tolm.login.failed)Authentication for user %s failed");
+    for (const Event& event : Events::All)
+        EXPECT_EQ(std::strncmp(event.id, "evt.user.tolm.", 14), 0) << event.id;
+}
+
+// Runs against a simulated host made by tolm-hostsim, whose event facility
+// appends records to <root>/var/log/evtd.log.
+class RaiseEventTest : public TempRootTest {
+protected:
+    void SetUp() override
+    {
+        TempRootTest::SetUp();
+        ASSERT_EQ(HostSim("init " + Root()), 0);
+    }
+
+    int HostSim(const std::string& arguments) const
+    {
+        std::string line = std::string(TOLM_BIN_DIR) + "/tolm-hostsim " + arguments + " >/dev/null 2>&1";
+        return std::system(line.c_str());
+    }
+
+    void SetFacilityAvailable(bool available) const
+    {
+        ASSERT_EQ(HostSim("--root " + Root() + " set /eventFacility/available " +
+                          (available ? "true" : "false")),
+                  0);
+    }
+};
+
+TEST_F(RaiseEventTest, RecordWithArgumentsReachesFacility)
+{
+    SetFacilityAvailable(true);
+    std::string before = ReadFile("/var/log/evtd.log");
+    EXPECT_TRUE(RaiseEvent(Events::NetworkRestart, "vmk0"));
+    EXPECT_TRUE(RaiseEvent(Events::RebootHost));
+    std::string added = ReadFile("/var/log/evtd.log").substr(before.size());
+    EXPECT_THAT(added, HasSubstr("evt.user.tolm.network.restart"));
+    EXPECT_THAT(added, HasSubstr("Restarting vmk0"));
+    EXPECT_THAT(added, HasSubstr("Rebooting host"));
+    EXPECT_THAT(LogLines(), ElementsAre("user.info: Initializing evtuser library",
+                                        "user.info: Initializing evtuser library"));
+}
+
+TEST_F(RaiseEventTest, UnavailableFacilityDropsEventAndCallerGoesOn)
+{
+    SetFacilityAvailable(false);
+    std::string before = ReadFile("/var/log/evtd.log");
+    EXPECT_FALSE(RaiseEvent(Events::ShutdownHost));
+    EXPECT_EQ(ReadFile("/var/log/evtd.log"), before);
+    auto lines = LogLines();
+    ASSERT_EQ(lines.size(), 2u);
+    EXPECT_EQ(lines[0], "user.info: Initializing evtuser library");
+    EXPECT_EQ(lines[1].rfind("user.err: Unable to initialize evtuser library from Tolm. Error code: ", 0),
+              0u)
+        << lines[1];
+    EXPECT_THAT(lines[1], Not(HasSubstr("Error code: 0")));
+
+    // Once the facility is back, the next event goes through: the failed
+    // attempt left nothing half open.
+    SetFacilityAvailable(true);
+    EXPECT_TRUE(RaiseEvent(Events::ShutdownHost));
+    EXPECT_THAT(ReadFile("/var/log/evtd.log").substr(before.size()), HasSubstr("Shutting down host"));
+}
+
+}  // namespace
+}  // namespace Tolm
