@@ -1,0 +1,157 @@
+#include "ui/Markup.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+using namespace Tolm::Markup;
+using MRun = Tolm::Markup::Run;
+
+namespace {
+
+std::string Strip(std::string_view laidOut) {
+    std::string visible;
+    bool inTag = false;
+    for (char c : laidOut) {
+        if (inTag) inTag = c != '}';
+        else if (c == '{') inTag = true;
+        else visible += c;
+    }
+    return visible;
+}
+
+std::vector<std::string> Lines(std::string_view laidOut) {
+    std::vector<std::string> lines;
+    std::stringstream in(Strip(laidOut));
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    return lines;
+}
+
+PlaceholderLookup Fixed(std::string name, std::string value) {
+    return [=](std::string_view tag) -> std::optional<std::string> {
+        if (tag == name) return value;
+        return std::nullopt;
+    };
+}
+
+}  // namespace
+
+TEST(MarkupLayout, FooterHintsEndInTheLastColumnAndColourTagsTakeNoWidth) {
+    const std::string footer =
+        "{color:white}<Enter>{/color}{color:light-grey} More{/color}{align:right}{color:white}<Esc>{/color}"
+        "{color:light-grey} Log Out{/color}{/align}";
+    const std::string out = Layout(footer, 60);
+    EXPECT_EQ(out,
+              "{color:white}<Enter>{/color}{color:light-grey} More{/color}" + std::string(35, ' ') +
+                  "{color:white}<Esc>{/color}{color:light-grey} Log Out{/color}");
+
+    ColorTable colors = DefaultColorTable();
+    auto runs = ColorRuns(out, 60, 1, 3, 0, colors);
+    ASSERT_FALSE(runs.empty());
+    const MRun& last = runs.back();
+    EXPECT_EQ(last.text, " Log Out");
+    EXPECT_EQ(last.x + Columns(last.text), 60);
+    EXPECT_EQ(last.foreground, 2);
+    EXPECT_EQ(runs.front(), (MRun{0, 0, "<Enter>", 3, 7}));
+}
+
+TEST(MarkupLayout, CenterAndRightAlignment) {
+    EXPECT_EQ(Layout("{align:center}abc{/align}", 10), "   abc");
+    EXPECT_EQ(Layout("ab{align:center}cd{/align}", 10), "ab   cd");
+    EXPECT_EQ(Layout("{align:right}ab{/align}", 6), "    ab");
+    // The line counts as full after a right or centred segment.
+    EXPECT_EQ(Layout("{align:right}ab{/align}cd", 6), "    ab\ncd");
+    EXPECT_EQ(Layout("{align:left}ab{/align}cd", 6), "abcd");
+}
+
+TEST(MarkupLayout, NestedAndUnbalancedAlignmentTags) {
+    EXPECT_EQ(Layout("{align:right}{align:center}ab{/align}", 6), "    ab");
+    EXPECT_EQ(Layout("{/align}abc{/align}", 6), "abc");
+    EXPECT_EQ(Layout("{align:right}abc", 6), "abc");
+}
+
+TEST(MarkupLayout, PaddingCutsOrFillsTheField) {
+    EXPECT_EQ(Layout("{align:padding:10}abcdefghijklmn{/align}|", 60), "abcdefghij|");
+    EXPECT_EQ(Layout("{align:padding:10}abcd{/align}|", 60), "abcd      |");
+    // Columns used after the field are exactly the field's.
+    EXPECT_EQ(Layout("{align:padding:4}abcdefgh{/align}xyz", 6), "abcdxy\nz");
+    EXPECT_EQ(Layout("{align:padding:4}ab{/align}xyz", 6), "ab  xy\nz");
+}
+
+TEST(MarkupLayout, WordsMoveToTheNextLine) {
+    EXPECT_EQ(Layout("hello world foo", 8), "hello\nworld\nfoo");
+    // A blank exactly at the edge becomes the break.
+    EXPECT_EQ(Layout("abcd efgh", 4), "abcd\nefgh");
+    // A word longer than the line breaks hard at the edge.
+    EXPECT_EQ(Layout("abcdefghij", 4), "abcd\nefgh\nij");
+    EXPECT_EQ(Layout("ab\ncd", 3), "ab\ncd");
+}
+
+TEST(MarkupLayout, WrappedAlignedSegmentsKeepTheirAlignment) {
+    EXPECT_EQ(Layout("{align:right}aaa bbb{/align}", 5), "  aaa\n  bbb");
+    EXPECT_EQ(Layout("{align:right}aa bb cc{/align}", 5), "aa bb\n   cc");
+    EXPECT_EQ(Layout("{align:center}aaa bbb{/align}", 5), " aaa\n bbb");
+}
+
+TEST(MarkupLayout, PlaceholdersAreReplacedWithoutWordBreak) {
+    auto memory = Fixed("memory", "ab cd");
+    EXPECT_EQ(Layout("x{memory}y", 20, memory), "xab cdy");
+    EXPECT_EQ(Layout("x{memory}y", 3, memory), "xab\n cd\ny");
+    // Without a lookup, or for another name, the tag is passed on.
+    EXPECT_EQ(Layout("x{memory}y", 20), "x{memory}y");
+    EXPECT_EQ(Layout("{memory:x}", 20, memory), "{memory:x}");
+    EXPECT_EQ(Layout("{align:padding:3}{memory}{/align}|", 20, memory), "ab |");
+}
+
+TEST(MarkupLayout, OtherTagsPassThroughAndBracesAreNeverLiteral) {
+    EXPECT_EQ(Layout("a{foo:bar}b", 2), "a{foo:bar}b");
+    EXPECT_EQ(Layout("a{}b", 2), "ab");
+    EXPECT_EQ(Layout("abc{", 10), "abc");
+    EXPECT_EQ(Layout("abc{def", 10), "abc");
+    EXPECT_EQ(Layout("a{b{c}d", 10), "a{b{c}d");
+}
+
+TEST(MarkupLayout, NoLineIsWiderThanTheArea) {
+    std::string text;
+    for (int i = 0; i < 500; ++i) text += "{color:red}word" + std::to_string(i) + "{/color} ";
+    text += std::string(300, 'x') + "{align:right}" + std::string(50, 'y') + " z{/align}";
+    text += "{align:padding:90}" + std::string(120, 'p') + "{/align}tail";
+    for (int width : {1, 2, 7, 33, 80}) {
+        const auto lines = Lines(Layout(text, width));
+        ASSERT_FALSE(lines.empty());
+        for (const auto& line : lines) EXPECT_LE(Columns(line), width) << "width " << width << ": " << line;
+    }
+    EXPECT_EQ(Strip(Layout("abc def", 0)).find_first_not_of('\n'), std::string::npos);
+    EXPECT_EQ(Strip(Layout("abc def", -3)).find_first_not_of('\n'), std::string::npos);
+}
+
+TEST(MarkupLayout, MultiByteCharactersTakeOneColumn) {
+    EXPECT_EQ(Layout("\xc3\xa9t\xc3\xa9 abc", 3), "\xc3\xa9t\xc3\xa9\nabc");
+    EXPECT_EQ(Columns("\xe2\x96\x93x"), 2);
+    EXPECT_EQ(CutToColumns("\xc3\xa9\xc3\xa9", 1), "\xc3\xa9");
+}
+
+TEST(MarkupColor, RunsFollowColourTagsAndStopAtTheLastLine) {
+    ColorTable colors = DefaultColorTable();
+    auto runs = ColorRuns("a{color:red}b{bgcolor:black}c{/color}d{/bgcolor}e\nf\ng", 10, 2, 3, 0, colors);
+    std::vector<MRun> expected = {{0, 0, "a", 3, 0}, {1, 0, "b", 3, 1}, {2, 0, "c", 0, 1},
+                                 {3, 0, "d", 0, 0}, {4, 0, "e", 3, 0}, {0, 1, "f", 3, 0}};
+    EXPECT_EQ(runs, expected);
+}
+
+TEST(MarkupColor, UnknownColoursAreBlackAndStrayClosingTagsDoNothing) {
+    ColorTable colors = DefaultColorTable();
+    auto runs = ColorRuns("{/color}{/bgcolor}a{color:mauve}b{zz}c", 10, 1, 6, 7, colors);
+    std::vector<MRun> expected = {{0, 0, "a", 6, 7}, {1, 0, "bc", 6, 0}};
+    EXPECT_EQ(runs, expected);
+    EXPECT_EQ(colors.count("mauve"), 1u);
+    EXPECT_EQ(colors["white"], 7);
+}
+
+TEST(MarkupColor, RunsAreCutAtTheRightEdge) {
+    ColorTable colors = DefaultColorTable();
+    auto runs = ColorRuns("abcdef{color:red}gh", 4, 1, 0, 7, colors);
+    ASSERT_EQ(runs.size(), 1u);
+    EXPECT_EQ(runs[0].text, "abcd");
+    EXPECT_TRUE(ColorRuns("abc", 4, 0, 0, 7, colors).empty());
+}
