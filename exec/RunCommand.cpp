@@ -186,6 +186,16 @@ pid_t StartChild(const std::string& path, const char* const* argv, PipePair& in,
     return pid;
 }
 
+// A signal (SIGCHLD while a network test runs) must not shorten the limit.
+void SleepMicros(long long micros)
+{
+    struct timespec left {};
+    left.tv_sec = static_cast<time_t>(micros / 1000000);
+    left.tv_nsec = static_cast<long>((micros % 1000000) * 1000);
+    while (::nanosleep(&left, &left) == -1 && errno == EINTR) {
+    }
+}
+
 // Waits for the child. `status` is filled in only when waitpid reports it; a
 // failed waitpid or an expired limit leave it alone.
 void WaitForChild(pid_t pid, int timeoutSeconds, int& status)
@@ -199,7 +209,7 @@ void WaitForChild(pid_t pid, int timeoutSeconds, int& status)
     do {
         if (::waitpid(pid, &status, WNOHANG) != 0)
             return;
-        ::usleep(kSleepMicros);
+        SleepMicros(kSleepMicros);
         budget -= kSleepMicros;
     } while (budget > 0);
     Log::Write(LOG_WARNING, "Killing process because %d seconds timeout expired", timeoutSeconds);
