@@ -24,10 +24,9 @@ constexpr const char kText68[] = "Restore Standard Switch";  // also 138
 constexpr const char kText69[] = "Restore dswitch";  // also 195
 
 constexpr std::array<const char*, StringFactory::LAST_ID + 1> kTexts = {
-    // 2 is built from the host at run time; its slot only keeps the table whole.
     /*   0 */ "Customize System/View Logs",
     /*   1 */ kText1,
-    /*   2 */ "",
+    /*   2 */ "",  // built from the host at run time, see GetProductVersionString
     /*   3 */ "",
     /*   4 */ "System Customization",
     /*   5 */ kText5,
