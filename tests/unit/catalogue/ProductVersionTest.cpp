@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <unistd.h>
@@ -37,7 +38,10 @@ public:
         fs::remove_all(_root, ec);
     }
 
-    Tolm::HostSim::StateFile State() const { return Tolm::HostSim::StateFile((_root / "var/lib/hostsim/host.json").string()); }
+    Tolm::HostSim::StateFile State() const
+    {
+        return Tolm::HostSim::StateFile((_root / "var/lib/hostsim/host.json").string());
+    }
     void Write(const nlohmann::json& state) const { State().Write(state); }
     void Update(const std::function<void(nlohmann::json&)>& change) const { State().Update(change); }
 
@@ -61,8 +65,10 @@ TEST(ProductVersion, BuiltFromHostRecordRetriedAfterFailureThenCached)
         s["faults"]["SysinfoGet"] = "sysinfo node unavailable";
     });
 
-    StringFactory* f = StringFactory::GetFactory("en_US");
-    ASSERT_NE(f, nullptr);
+    // A catalogue of its own, so the process-wide instance stays unset for
+    // the lookup tests whatever order the tests run in.
+    Tolm::en_US_Factory english;
+    StringFactory* f = &english;
     ASSERT_NE(f->GetString(2), nullptr);
     EXPECT_STREQ(f->GetString(2), "");
     EXPECT_STREQ(StringFactory::GetProductVersionString(), "");
