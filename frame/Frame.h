@@ -9,6 +9,7 @@
 #include <string>
 
 #include "frame/Window.h"
+#include "host/TarnCtlHardware.h"
 
 namespace Tolm {
 
@@ -84,6 +85,7 @@ public:
     static Frame* fgFrame;
     static sigset_t _signalSet;
     static int _signalPipe[2];
+    static TarnCtl::Hardware::SmartCardInfoImpl _cardInfo;
     static bool _isLoggedWithSmartCard;
     static std::string _smartCardLoginId;
     static std::string _loginName;

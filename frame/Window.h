@@ -85,6 +85,7 @@ protected:
 
 private:
     void Detach(Window* child);
+    void Orphan();
 
     int _x, _y, _width, _height;
     int _background, _foreground;

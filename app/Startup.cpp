@@ -1,0 +1,129 @@
+#include "app/Startup.h"
+
+#include <fcntl.h>
+#include <linux/vt.h>
+#include <signal.h>
+#include <sys/ioctl.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <climits>
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "frame/Frame.h"
+#include "frame/StartupChecks.h"
+#include "frame/Terminal.h"
+#include "host/HostCtlException.h"
+#include "host/HostPaths.h"
+#include "host/Log.h"
+
+namespace Tolm {
+
+namespace {
+
+constexpr const char* kPidFile = "/var/run/tolm.pid";
+
+void EndCursesAtExit()
+{
+    endwin();
+}
+
+// A simulated host brings its own poweroff, reboot and friends.
+void UseSimulatedRootTools()
+{
+    if (!HostPath::IsSimulated()) return;
+    std::string path = HostPath::Resolve("/sbin") + ":" + HostPath::Resolve("/bin");
+    if (const char* old = std::getenv("PATH"); old && *old) path += std::string(":") + old;
+    setenv("PATH", path.c_str(), 1);
+}
+
+void SwitchToVt(int vt)
+{
+    std::string console = HostPath::Resolve("/dev/console");
+    int fd = open(console.c_str(), O_RDWR | O_CLOEXEC);
+    if (fd >= 0) {
+        if (ioctl(fd, VT_ACTIVATE, vt) < 0) ioctl(fd, VT_WAITACTIVE, vt);
+        close(fd);
+    }
+    // No suspending the console from the keyboard, now and whenever the
+    // saved attributes are applied again.
+    orig_termios.c_cc[VSUSP] = 0;
+    tcsetattr(1, TCSANOW, &orig_termios);
+}
+
+}  // namespace
+
+int RunConsole(int argc, char** argv, const std::function<std::unique_ptr<Frame>()>& makeStatusScreen)
+{
+    UseSimulatedRootTools();
+
+    std::optional<int> vt;
+    if (argc > 1) {
+        vt = Startup::ParseVt(argv[1]);
+        if (!vt) Log::Write(LOG_ERR, "Invalid VT specified for Tolm: %s", argv[1]);
+    }
+
+    Frame::InitSignals();
+    Frame::LoadIdleTimeout();
+
+    // Nothing may reach the screen except through curses.
+    int devNull = open("/dev/null", O_WRONLY);
+    if (devNull >= 0) {
+        dup2(devNull, 2);
+        close(devNull);
+    }
+
+    tcgetattr(1, &orig_termios);
+    setenv("TERMINFO", "/usr/share/terminfo", 0);
+
+    const char* term = std::getenv("TERM");
+    if (term && (std::strcmp(term, "linux") == 0 || std::strcmp(term, "xterm") == 0))
+        runningOverSerial = false;
+
+    Log::Open("Tolm");
+    Log::Write(LOG_INFO, "Starting Tolm");
+
+    Startup::ClaimPidFile(HostPath::Resolve(kPidFile), kPidFile);
+
+    if (vt) SwitchToVt(*vt);
+
+    // Machines without the English UTF-8 locale still need UTF-8 output.
+    if (!std::setlocale(LC_ALL, "en_US.UTF-8")) std::setlocale(LC_ALL, "C.UTF-8");
+
+    initscr();
+    start_color();
+    std::atexit(EndCursesAtExit);
+
+    Window::ShowCursor(false);
+    cbreak();
+    noecho();
+    keypad(stdscr, TRUE);
+
+    InitColors();
+    DefineKeys();
+    refresh();
+
+    std::unique_ptr<Frame> statusScreen;
+    try {
+        statusScreen = makeStatusScreen();
+        Frame::Run(statusScreen.get());
+    } catch (const HostCtl::Lib::HostCtlException& e) {
+        Log::Write(LOG_ERR, "Tolm aborted by exception: %s", e.what());
+    }
+
+    statusScreen.reset();
+    erase();
+    refresh();
+    endwin();
+    // Give the console its own palette back.
+    static const char kResetPalette[] = "\033]R";
+    ssize_t ignored = write(1, kResetPalette, 3);
+    (void)ignored;
+    return 0;
+}
+
+}  // namespace Tolm

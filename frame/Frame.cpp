@@ -1,0 +1,214 @@
+#include "frame/Frame.h"
+
+#include <sys/select.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+
+#include "frame/FrameClock.h"
+#include "frame/Terminal.h"
+#include "host/Log.h"
+#include "ui/catalogue/StringFactory.h"
+
+namespace Tolm {
+
+Frame* Frame::fgFrame = nullptr;
+
+namespace {
+
+// Seconds without a key before the window in front is dimmed.
+constexpr long kDimAfter = 60;
+
+FrameClock& RealClock()
+{
+    static FrameClock clock;
+    return clock;
+}
+
+FrameClock* g_clock = nullptr;
+
+FrameClock& Clock()
+{
+    return g_clock ? *g_clock : RealClock();
+}
+
+bool Passed(const timeval& now, const timeval& deadline)
+{
+    return now.tv_sec > deadline.tv_sec || (now.tv_sec == deadline.tv_sec && now.tv_usec > deadline.tv_usec);
+}
+
+timeval Until(const timeval& deadline, const timeval& now)
+{
+    if (Passed(now, deadline)) return timeval{0, 0};
+    timeval left{deadline.tv_sec - now.tv_sec, deadline.tv_usec - now.tv_usec};
+    if (left.tv_usec < 0) {
+        left.tv_usec += 1000000;
+        --left.tv_sec;
+    }
+    return left;
+}
+
+}  // namespace
+
+timeval FrameClock::Now()
+{
+    timeval tv{};
+    gettimeofday(&tv, nullptr);
+    return tv;
+}
+
+int FrameClock::Wait(const timeval* limit)
+{
+    return Frame::WaitForInput(limit);
+}
+
+void Frame::SetClock(FrameClock* clock)
+{
+    g_clock = clock;
+}
+
+Frame::Frame(Frame* parent, int x, int y, int width, int height, int background, int foreground)
+    : Window(x, y, width, height, background, foreground),
+      _parentFrame(parent),
+      _factory(StringFactory::GetFactory("en_US"))
+{
+}
+
+Frame::~Frame()
+{
+    // The catalogue lives for the whole process; only our handle goes.
+    _factory = nullptr;
+    if (fgFrame == this) fgFrame = nullptr;
+}
+
+int Frame::Run(Frame* window)
+{
+    fgFrame = nullptr;
+    Frame* parent = window->_parentFrame;
+    if (parent) {
+        parent->Draw(false);
+        parent->Push();
+    }
+    window->Draw(true);
+    fgFrame = window;
+    int result;
+    try {
+        result = window->Execute();
+    } catch (const TolmTimeout&) {
+        // The session is over; whoever catches this redraws.
+        fgFrame = nullptr;
+        throw;
+    }
+    if (parent) {
+        parent->Draw(true);
+        parent->Push();
+    }
+    fgFrame = parent;
+    return result;
+}
+
+int Frame::GetKey(Window* window, bool idleTimeout)
+{
+    FrameClock& clock = Clock();
+    const bool idleActive = _idleTimeout != 0 && idleTimeout;
+    const timeval start = clock.Now();
+    const long idleSeconds = std::max<long>(_idleTimeout, kDimAfter);
+    const timeval idleDeadline{start.tv_sec + idleSeconds, start.tv_usec};
+    const timeval dimDeadline{start.tv_sec + kDimAfter, start.tv_usec};
+    bool dimmed = false;
+
+    for (;;) {
+        const timeval now = clock.Now();
+        if (idleActive && Passed(now, idleDeadline)) {
+            fgFrame = nullptr;
+            throw TolmTimeout();
+        }
+        int result;
+        if (!dimmed && !Passed(now, dimDeadline)) {
+            timeval left = Until(dimDeadline, now);
+            result = clock.Wait(&left);
+        } else {
+            if (!dimmed && window) {
+                window->Draw(false);
+                window->Push();
+            }
+            if (idleActive) {
+                timeval left = Until(idleDeadline, now);
+                result = clock.Wait(&left);
+            } else {
+                result = clock.Wait(nullptr);
+            }
+            dimmed = true;
+        }
+
+        switch (result) {
+        case WAIT_TIMEOUT:
+        case WAIT_NOTHING:
+            continue;
+        case WAIT_REFRESH:
+            if (fgFrame) fgFrame->Refresh();
+            CheckSmartCard();
+            continue;
+        case WAIT_RESTART:
+            if (!_loggedIn) std::exit(0);
+            _markForRestart = true;
+            continue;
+        case WAIT_RESIZE:
+        case Key::Resize:
+            // Screens are laid out once; a new size means a fresh start.
+            Resize();
+            std::exit(0);
+        case WAIT_TERMINATE:
+            std::exit(0);
+        default:
+            break;
+        }
+        if (result < 0) continue;
+        if (dimmed && window) {
+            if (curscr) clearok(curscr, TRUE);
+            window->Draw(true);
+            window->Push();
+        }
+        return result;
+    }
+}
+
+int Frame::WaitForInput(const timeval* limit)
+{
+    const int pipeFd = _signalPipe[0];
+    fd_set readable;
+    FD_ZERO(&readable);
+    FD_SET(0, &readable);
+    if (pipeFd >= 0) FD_SET(pipeFd, &readable);
+    timeval left{};
+    if (limit) left = *limit;
+    int n = select(std::max(0, pipeFd) + 1, &readable, nullptr, nullptr, limit ? &left : nullptr);
+    if (n < 0) {
+        Log::Errno("select() failed");
+        return WAIT_NOTHING;
+    }
+    if (n == 0) return WAIT_TIMEOUT;
+
+    // Keys first: a signal byte waits for the next call.
+    if (FD_ISSET(0, &readable)) {
+        if (!stdscr) return WAIT_NOTHING;
+        // Only what has already arrived: a partial escape sequence is no key.
+        wtimeout(stdscr, 0);
+        int key = wgetch(stdscr);
+        wtimeout(stdscr, -1);
+        return key == ERR ? WAIT_NOTHING : key;
+    }
+    if (pipeFd >= 0 && FD_ISSET(pipeFd, &readable)) {
+        unsigned char code = 0;
+        ssize_t got;
+        do {
+            got = read(pipeFd, &code, 1);
+        } while (got < 0 && errno == EINTR);
+        if (got == 1 && code >= SIG_REFRESH && code <= SIG_TERMINATE) return -2 - code;
+    }
+    return WAIT_NOTHING;
+}
+
+}  // namespace Tolm
