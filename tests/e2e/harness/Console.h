@@ -26,6 +26,7 @@
 #include <mutex>
 #include <optional>
 #include <ostream>
+#include <set>
 #include <source_location>
 #include <string>
 #include <string_view>
@@ -106,9 +107,10 @@ public:
     // ---- Host root ---------------------------------------------------------
     const std::filesystem::path& Root() const { return root_; }
     std::filesystem::path RootPath(std::string_view rel) const;  // "/var/run/tolm.pid" or "var/..."
-    // Changes the simulated state through `tolm-hostsim set` (JSON text).
+    // Changes the simulated state through `tolm-hostsim set`: Set takes JSON
+    // text (Set("/a/b", "\"x\"")), SetValue a value (SetValue("/a/b", "x")).
     void Set(std::string_view pointer, std::string_view json);
-    void Set(std::string_view pointer, const nlohmann::json& value);
+    void SetValue(std::string_view pointer, const nlohmann::json& value);
     // Reads the state file directly; null when the pointer names nothing.
     nlohmann::json State(std::string_view pointer = "") const;
     void CardInsert(std::string_view userId);
@@ -201,8 +203,11 @@ private:
     void StopReader();
     void Reap(bool block);
     void Write(std::string_view bytes);
+    // Waits until `done` holds; `screenOnly` conditions give up early once
+    // the program's output has ended, since the screen cannot change then.
+    bool Await(const std::function<bool()>& done, Duration timeout, bool screenOnly);
     bool Fail(std::string_view what, Duration timeout, const std::source_location& loc,
-              std::string_view extra = {}) const;
+              std::string_view extra = {});
     static void Reply(const char* bytes, size_t len, void* user);
 
     ConsoleOptions opts_;
@@ -210,6 +215,7 @@ private:
     std::filesystem::path root_;
     bool ownsTmp_ = false;
     std::string fakeTime_;
+    std::set<std::string> unset_;
 
     pid_t pid_ = -1;
     std::optional<ExitStatus> exit_;

@@ -1,0 +1,561 @@
+#include "harness/Console.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <iostream>
+#include <poll.h>
+#include <pty.h>
+#include <stdexcept>
+#include <sys/ioctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include "harness/Process.h"
+
+extern char** environ;
+
+#if defined(__SANITIZE_ADDRESS__)
+#define TOLM_E2E_ASAN 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define TOLM_E2E_ASAN 1
+#endif
+#endif
+
+namespace Tolm::E2E {
+
+namespace fs = std::filesystem;
+
+double TimeoutScale()
+{
+    double scale = 1.0;
+    if (const char* env = std::getenv("TOLM_TEST_TIMEOUT_SCALE")) {
+        const double v = std::atof(env);
+        if (v > 0)
+            scale = v;
+    }
+#ifdef TOLM_E2E_ASAN
+    scale *= 4;
+#endif
+    return scale;
+}
+
+Duration Scaled(Duration d)
+{
+    return Duration(static_cast<Duration::rep>(static_cast<double>(d.count()) * TimeoutScale()));
+}
+
+Duration DefaultTimeout()
+{
+    return Scaled(10s);
+}
+
+fs::path BinDir()
+{
+    if (const char* env = std::getenv("TOLM_BIN_DIR"); env && *env)
+        return env;
+    return TOLM_BIN_DIR;
+}
+
+std::ostream& operator<<(std::ostream& os, const ExitStatus& s)
+{
+    if (s.timedOut)
+        return os << "still running";
+    if (s.signal)
+        return os << "killed by signal " << s.signal << " (" << strsignal(s.signal) << ")";
+    return os << "exit status " << s.code;
+}
+
+void PrintTo(const ExitStatus& s, std::ostream* os)
+{
+    *os << s;
+}
+
+Console::Console() : Console(ConsoleOptions{}) {}
+
+Console::Console(std::string fixture)
+{
+    ConsoleOptions o;
+    o.fixture = std::move(fixture);
+    Init(std::move(o));
+}
+
+Console::Console(ConsoleOptions options)
+{
+    Init(std::move(options));
+}
+
+void Console::Init(ConsoleOptions options)
+{
+    opts_ = std::move(options);
+    screen_ = std::make_unique<Screen>(opts_.cols, opts_.rows, &Console::Reply, this);
+
+    const char* tmp = std::getenv("TMPDIR");
+    std::string templ = std::string(tmp && *tmp ? tmp : "/tmp") + "/tolm-e2e-XXXXXX";
+    if (!mkdtemp(templ.data()))
+        throw std::runtime_error("mkdtemp failed: " + std::string(strerror(errno)));
+    tmpDir_ = templ;
+    ownsTmp_ = true;
+
+    if (!opts_.sharedRoot.empty()) {
+        root_ = opts_.sharedRoot;
+        return;
+    }
+    root_ = tmpDir_ / "root";
+    if (!opts_.createRoot) {
+        fs::create_directories(root_);
+        return;
+    }
+    std::vector<std::string> argv = {(BinDir() / "tolm-hostsim").string(), "init", root_.string()};
+    if (!opts_.fixture.empty()) {
+        argv.push_back("--fixture");
+        argv.push_back(opts_.fixture);
+    }
+    const RunResult r = RunCapture(argv);
+    if (r.status != 0)
+        throw std::runtime_error("tolm-hostsim init failed (status " + std::to_string(r.status) +
+                                 "): " + r.err + r.out);
+}
+
+Console::~Console()
+{
+    if (pid_ > 0 && !exit_) {
+        // The program leads its own session and process group (forkpty), so
+        // this also ends what it started, such as a pager or a shell.
+        kill(-pid_, SIGKILL);
+        kill(pid_, SIGKILL);
+        Reap(true);
+    }
+    StopReader();
+    if (master_ >= 0)
+        close(master_);
+    if (!ownsTmp_)
+        return;
+    if (::testing::Test::HasFailure()) {
+        std::cerr << "[ harness  ] kept the files of the failed test in " << tmpDir_.string() << "\n";
+    } else {
+        std::error_code ec;
+        fs::remove_all(tmpDir_, ec);
+    }
+}
+
+// ---- Options ---------------------------------------------------------------
+
+void Console::SetSize(int cols, int rows)
+{
+    if (pid_ > 0 && !exit_) {
+        Resize(cols, rows);
+        return;
+    }
+    opts_.cols = cols;
+    opts_.rows = rows;
+    std::lock_guard lock(mu_);
+    screen_->Resize(cols, rows);
+}
+
+void Console::SetTerm(std::string term)
+{
+    opts_.term = std::move(term);
+}
+
+void Console::SetEnv(const std::string& name, std::string value)
+{
+    unset_.erase(name);
+    opts_.env[name] = std::move(value);
+}
+
+void Console::UnsetEnv(const std::string& name)
+{
+    opts_.env.erase(name);
+    unset_.insert(name);
+}
+
+void Console::UseFakeTime(std::string spec)
+{
+    fakeTime_ = std::move(spec);
+}
+
+fs::path Console::RootPath(std::string_view rel) const
+{
+    while (!rel.empty() && rel.front() == '/')
+        rel.remove_prefix(1);
+    return root_ / std::string(rel);
+}
+
+// ---- Starting --------------------------------------------------------------
+
+std::vector<std::string> Console::ChildEnvironment() const
+{
+    std::map<std::string, std::string> env;
+    for (char** e = environ; *e; ++e) {
+        const std::string entry = *e;
+        const auto eq = entry.find('=');
+        if (eq != std::string::npos)
+            env[entry.substr(0, eq)] = entry.substr(eq + 1);
+    }
+    // curses prefers these over the terminal's size; the pty's size must win.
+    env.erase("LINES");
+    env.erase("COLUMNS");
+    env.erase("FAKETIME");
+
+    if (opts_.term.empty())
+        env.erase("TERM");
+    else
+        env["TERM"] = opts_.term;
+    env["TOLM_ROOT"] = root_.string();
+    env["PAM_WRAPPER"] = "1";
+    env["PAM_WRAPPER_SERVICE_DIR"] = (root_ / "etc/pam.d").string();
+    env["LD_PRELOAD"] = "libpam_wrapper.so";
+    if (!fakeTime_.empty()) {
+        const std::string lib = FakeTimeLibrary();
+        if (lib.empty())
+            throw std::runtime_error("libfaketime is not installed");
+        env["LD_PRELOAD"] += " " + lib;
+        env["FAKETIME"] = fakeTime_;
+    }
+    const std::string path = env.count("PATH") ? env["PATH"] : "/usr/sbin:/usr/bin:/sbin:/bin";
+    env["PATH"] = (root_ / "sbin").string() + ":" + (root_ / "bin").string() + ":" + path;
+#ifdef TOLM_E2E_ASAN
+    // The preloaded libraries come before the sanitizer runtime.
+    env["ASAN_OPTIONS"] = (env.count("ASAN_OPTIONS") ? env["ASAN_OPTIONS"] + ":" : "") +
+                          "verify_asan_link_order=0";
+#endif
+    for (const auto& [k, v] : opts_.env)
+        env[k] = v;
+    for (const auto& k : unset_)
+        env.erase(k);
+
+    std::vector<std::string> out;
+    for (const auto& [k, v] : env)
+        out.push_back(k + "=" + v);
+    return out;
+}
+
+void Console::Start(const std::vector<std::string>& args)
+{
+    Launch((BinDir() / "tolm").string(), args);
+}
+
+void Console::StartProbe(const std::vector<std::string>& args)
+{
+    Launch((BinDir() / "tolm-probe").string(), args);
+}
+
+void Console::StartProgram(const std::string& program, const std::vector<std::string>& args)
+{
+    const std::string path = FindProgram(program);
+    if (path.empty())
+        throw std::runtime_error("program not found: " + program);
+    Launch(path, args);
+}
+
+void Console::StartShell(const std::string& script)
+{
+    Launch("/bin/sh", {"-c", script});
+}
+
+void Console::Launch(const std::string& path, const std::vector<std::string>& args)
+{
+    if (pid_ > 0 && !exit_)
+        throw std::logic_error("Console: a program is still running");
+    if (access(path.c_str(), X_OK) != 0)
+        throw std::runtime_error("cannot execute " + path);
+    StopReader();
+    if (master_ >= 0) {
+        close(master_);
+        master_ = -1;
+    }
+    {
+        std::lock_guard lock(mu_);
+        screen_->Reset();
+        screen_->Resize(opts_.cols, opts_.rows);
+        raw_.clear();
+    }
+
+    // Everything the child needs is prepared before the fork: between fork
+    // and exec only async-signal-safe calls are allowed.
+    const std::vector<std::string> envStrings = ChildEnvironment();
+    std::vector<char*> envp;
+    for (const auto& e : envStrings)
+        envp.push_back(const_cast<char*>(e.c_str()));
+    envp.push_back(nullptr);
+    std::vector<std::string> argStrings = {path};
+    argStrings.insert(argStrings.end(), args.begin(), args.end());
+    std::vector<char*> argv;
+    for (const auto& a : argStrings)
+        argv.push_back(const_cast<char*>(a.c_str()));
+    argv.push_back(nullptr);
+
+    winsize ws{};
+    ws.ws_col = static_cast<unsigned short>(opts_.cols);
+    ws.ws_row = static_cast<unsigned short>(opts_.rows);
+    int master = -1;
+    const pid_t pid = forkpty(&master, nullptr, nullptr, &ws);
+    if (pid < 0)
+        throw std::runtime_error("forkpty failed: " + std::string(strerror(errno)));
+    if (pid == 0) {
+        sigset_t none;
+        sigemptyset(&none);
+        sigprocmask(SIG_SETMASK, &none, nullptr);
+        for (int sig : {SIGPIPE, SIGINT, SIGQUIT, SIGTERM, SIGCHLD})
+            signal(sig, SIG_DFL);
+        execve(argv[0], argv.data(), envp.data());
+        static const char msg[] = "harness: execve failed\r\n";
+        (void)!write(2, msg, sizeof msg - 1);
+        _exit(127);
+    }
+    fcntl(master, F_SETFD, FD_CLOEXEC);
+    master_ = master;
+    pid_ = pid;
+    exit_.reset();
+
+    if (pipe2(stopPipe_, O_CLOEXEC) != 0)
+        throw std::runtime_error("pipe2 failed");
+    {
+        std::lock_guard lock(mu_);
+        eof_ = false;
+        lastOutput_ = Clock::now();
+    }
+    reader_ = std::thread([this, master, stop = stopPipe_[0]] { ReaderLoop(master, stop); });
+}
+
+void Console::ReaderLoop(int fd, int stopFd)
+{
+    char buf[8192];
+    for (;;) {
+        pollfd fds[2] = {{fd, POLLIN, 0}, {stopFd, POLLIN, 0}};
+        if (poll(fds, 2, -1) < 0) {
+            if (errno == EINTR)
+                continue;
+            break;
+        }
+        if (fds[1].revents)
+            break;
+        const ssize_t n = read(fd, buf, sizeof buf);
+        if (n < 0 && (errno == EINTR || errno == EAGAIN))
+            continue;
+        if (n <= 0)
+            break;  // EIO: every holder of the terminal has closed it
+        std::lock_guard lock(mu_);
+        raw_.append(buf, static_cast<size_t>(n));
+        screen_->Feed(std::string_view(buf, static_cast<size_t>(n)));
+        ++outputCount_;
+        lastOutput_ = Clock::now();
+        changed_.notify_all();
+    }
+    std::lock_guard lock(mu_);
+    eof_ = true;
+    changed_.notify_all();
+}
+
+void Console::StopReader()
+{
+    if (reader_.joinable()) {
+        (void)!write(stopPipe_[1], "x", 1);
+        reader_.join();
+    }
+    for (int& fd : stopPipe_) {
+        if (fd >= 0)
+            close(fd);
+        fd = -1;
+    }
+}
+
+void Console::Reply(const char* bytes, size_t len, void* user)
+{
+    // Called by libvterm with the lock held; the master is written directly.
+    auto* self = static_cast<Console*>(user);
+    while (len > 0 && self->master_ >= 0) {
+        const ssize_t n = write(self->master_, bytes, len);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
+            return;
+        bytes += n;
+        len -= static_cast<size_t>(n);
+    }
+}
+
+void Console::Reap(bool block)
+{
+    if (pid_ <= 0 || exit_)
+        return;
+    int status = 0;
+    pid_t r;
+    do {
+        r = waitpid(pid_, &status, block ? 0 : WNOHANG);
+    } while (r < 0 && errno == EINTR);
+    if (r == pid_)
+        exit_ = WIFSIGNALED(status) ? ExitStatus::Signalled(WTERMSIG(status))
+                                    : ExitStatus::Exited(WEXITSTATUS(status));
+    else if (r < 0)
+        exit_ = ExitStatus::Exited(-1);  // not our child any more; nothing to wait for
+}
+
+bool Console::Running()
+{
+    Reap(false);
+    return pid_ > 0 && !exit_;
+}
+
+// ---- Input -----------------------------------------------------------------
+
+void Console::Write(std::string_view bytes)
+{
+    if (master_ < 0) {
+        ADD_FAILURE() << "Console: no program started, cannot send input";
+        return;
+    }
+    while (!bytes.empty()) {
+        const ssize_t n = write(master_, bytes.data(), bytes.size());
+        if (n < 0 && (errno == EINTR || errno == EAGAIN))
+            continue;
+        if (n <= 0) {
+            ADD_FAILURE() << "Console: writing to the terminal failed: " << strerror(errno);
+            return;
+        }
+        bytes.remove_prefix(static_cast<size_t>(n));
+    }
+}
+
+void Console::Press(Key key, int times)
+{
+    if (key == Key::Esc) {
+        for (int i = 0; i < times; ++i)
+            SendEsc();
+        return;
+    }
+    const KeyFlavour flavour = opts_.term == "linux" ? KeyFlavour::Linux : KeyFlavour::Xterm;
+    bool appCursor;
+    {
+        std::lock_guard lock(mu_);
+        appCursor = screen_->ApplicationCursor();
+    }
+    const std::string seq = KeySequence(key, flavour, appCursor);
+    for (int i = 0; i < times; ++i)
+        Write(seq);
+}
+
+void Console::PressSerial(Key key)
+{
+    Write(SerialKeySequence(key));
+}
+
+void Console::Type(std::string_view text)
+{
+    Write(text);
+}
+
+void Console::SendBytes(std::string_view bytes)
+{
+    Write(bytes);
+}
+
+void Console::SendEsc()
+{
+    std::unique_lock lock(mu_);
+    const uint64_t before = outputCount_;
+    lock.unlock();
+    Write("\x1b");
+    lock.lock();
+    changed_.wait_for(lock, Scaled(150ms), [&] { return outputCount_ != before || eof_; });
+}
+
+void Console::Signal(int sig)
+{
+    if (!Running()) {
+        ADD_FAILURE() << "Console: no running program to send signal " << sig << " to";
+        return;
+    }
+    kill(pid_, sig);
+}
+
+void Console::Resize(int cols, int rows)
+{
+    opts_.cols = cols;
+    opts_.rows = rows;
+    {
+        std::lock_guard lock(mu_);
+        screen_->Resize(cols, rows);
+    }
+    if (master_ >= 0) {
+        winsize ws{};
+        ws.ws_col = static_cast<unsigned short>(cols);
+        ws.ws_row = static_cast<unsigned short>(rows);
+        ioctl(master_, TIOCSWINSZ, &ws);
+    }
+}
+
+// ---- Screen ----------------------------------------------------------------
+
+int Console::Cols() const
+{
+    std::lock_guard lock(mu_);
+    return screen_->Cols();
+}
+
+int Console::Rows() const
+{
+    std::lock_guard lock(mu_);
+    return screen_->Rows();
+}
+
+std::string Console::Row(int row, Trim trim) const
+{
+    std::lock_guard lock(mu_);
+    return screen_->Row(row, trim);
+}
+
+std::string Console::ScreenText(Trim trim) const
+{
+    std::lock_guard lock(mu_);
+    return screen_->Text(trim);
+}
+
+Cell Console::CellAt(int col, int row) const
+{
+    std::lock_guard lock(mu_);
+    return screen_->CellAt(col, row);
+}
+
+std::optional<Pos> Console::FindText(std::string_view text) const
+{
+    std::lock_guard lock(mu_);
+    return screen_->Find(text);
+}
+
+Pos Console::Cursor() const
+{
+    std::lock_guard lock(mu_);
+    return screen_->Cursor();
+}
+
+std::string Console::Dump() const
+{
+    std::lock_guard lock(mu_);
+    return screen_->Dump();
+}
+
+std::map<int, Rgb> Console::Palette() const
+{
+    std::lock_guard lock(mu_);
+    return screen_->Palette();
+}
+
+int Console::PaletteResets() const
+{
+    std::lock_guard lock(mu_);
+    return screen_->PaletteResets();
+}
+
+std::string Console::RawOutput() const
+{
+    std::lock_guard lock(mu_);
+    return raw_;
+}
+
+}  // namespace Tolm::E2E
