@@ -3,6 +3,7 @@
 #include "hostsim/HostSim.h"
 
 #include "host/HostCtlException.h"
+#include "host/sim/SimRules.h"
 
 #include <cstdlib>
 #include <iostream>
@@ -16,6 +17,7 @@ constexpr const char* USAGE =
     "       tolm-hostsim [--root ROOT] get POINTER\n"
     "       tolm-hostsim [--root ROOT] set POINTER JSON\n"
     "       tolm-hostsim [--root ROOT] card insert|remove USERID\n"
+    "       tolm-hostsim [--root ROOT] boot\n"
     "       tolm-hostsim [--root ROOT] tool NAME [ARGS...]";
 
 int Init(const std::vector<std::string>& args)
@@ -83,6 +85,15 @@ int Card(const std::string& root, const std::vector<std::string>& args)
     return 0;
 }
 
+// Brings a restarting or powered-off host back up, as its firmware would.
+int Boot(const std::string& root, const std::vector<std::string>& args)
+{
+    if (!args.empty())
+        throw UsageError(USAGE);
+    StateOf(root).Update([](nlohmann::json& state) { Restart(state); });
+    return 0;
+}
+
 int Main(std::vector<std::string> args)
 {
     std::string root;
@@ -106,6 +117,8 @@ int Main(std::vector<std::string> args)
         return Set(root, args);
     if (verb == "card")
         return Card(root, args);
+    if (verb == "boot")
+        return Boot(root, args);
     if (verb == "tool" && !args.empty()) {
         std::string name = args[0];
         args.erase(args.begin());
