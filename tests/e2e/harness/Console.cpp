@@ -207,16 +207,24 @@ std::vector<std::string> Console::ChildEnvironment() const
     else
         env["TERM"] = opts_.term;
     env["TOLM_ROOT"] = root_.string();
-    env["PAM_WRAPPER"] = "1";
-    env["PAM_WRAPPER_SERVICE_DIR"] = (root_ / "etc/pam.d").string();
-    env["LD_PRELOAD"] = "libpam_wrapper.so";
+    // pam_wrapper refuses to start a program whose service directory is
+    // missing, so a bare root (harness self-tests) goes without it.
+    std::string preload;
+    env.erase("LD_PRELOAD");
+    if (fs::is_directory(root_ / "etc/pam.d")) {
+        env["PAM_WRAPPER"] = "1";
+        env["PAM_WRAPPER_SERVICE_DIR"] = (root_ / "etc/pam.d").string();
+        preload = "libpam_wrapper.so";
+    }
     if (!fakeTime_.empty()) {
         const std::string lib = FakeTimeLibrary();
         if (lib.empty())
             throw std::runtime_error("libfaketime is not installed");
-        env["LD_PRELOAD"] += " " + lib;
+        preload += (preload.empty() ? "" : " ") + lib;
         env["FAKETIME"] = fakeTime_;
     }
+    if (!preload.empty())
+        env["LD_PRELOAD"] = preload;
     const std::string path = env.count("PATH") ? env["PATH"] : "/usr/sbin:/usr/bin:/sbin:/bin";
     env["PATH"] = (root_ / "sbin").string() + ":" + (root_ / "bin").string() + ":" + path;
 #ifdef TOLM_E2E_ASAN
