@@ -26,9 +26,10 @@ void Update()
 Window::Window(int x, int y, int width, int height, int background, int foreground)
     : _x(x), _y(y), _width(width), _height(height), _background(background), _foreground(foreground)
 {
-    // newwin(0, 0, ...) would mean "to the edge of the screen"; an empty or
-    // off-screen window simply stays without curses storage.
-    if (stdscr && width > 0 && height > 0 && x >= 0 && y >= 0) _win = newwin(height, width, y, x);
+    // newwin(0, 0, ...) would mean "to the edge of the screen"; an empty
+    // window, or one the terminal is too small for, stays without storage.
+    if (stdscr && width > 0 && height > 0 && x >= 0 && y >= 0 && x + width <= COLS && y + height <= LINES)
+        _win = newwin(height, width, y, x);
     SetBackground(_win, ColorAttr(_background, _foreground));
 }
 

@@ -1,0 +1,196 @@
+// The key reader's clocks: dimming after a minute, the idle deadline, the
+// repaint when a key ends dimming, and what each signal code does.
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <optional>
+#include <vector>
+
+#include "frame/Frame.h"
+#include "frame/FrameClock.h"
+#include "frame/Keys.h"
+
+namespace Tolm {
+namespace {
+
+// A clock that only moves when the key reader waits: each wait either
+// delivers the next scripted result at once, or lets the whole limit pass.
+class ScriptedClock : public FrameClock {
+public:
+    struct Step {
+        long advanceSeconds;  // time that passes before the result
+        int result;
+    };
+
+    timeval Now() override { return _now; }
+
+    int Wait(const timeval* limit) override
+    {
+        waits.push_back(limit ? std::optional<double>(limit->tv_sec + limit->tv_usec / 1e6) : std::nullopt);
+        if (!script.empty()) {
+            Step step = script.front();
+            script.pop_front();
+            _now.tv_sec += step.advanceSeconds;
+            return step.result;
+        }
+        // Nothing scheduled: the wait runs out (a wait without limit would
+        // hang forever, which the test reports instead).
+        if (!limit) {
+            ADD_FAILURE() << "unbounded wait with nothing scheduled";
+            return Frame::WAIT_TERMINATE;
+        }
+        Advance(*limit);
+        _now.tv_usec += 1;  // select returns just after the limit
+        if (_now.tv_usec >= 1000000) {
+            _now.tv_usec -= 1000000;
+            ++_now.tv_sec;
+        }
+        return Frame::WAIT_TIMEOUT;
+    }
+
+    double Elapsed() const { return (_now.tv_sec - kStart) + (_now.tv_usec - 500000) / 1e6; }
+
+    std::deque<Step> script;
+    std::vector<std::optional<double>> waits;
+
+private:
+    static constexpr long kStart = 1'000'000;
+    void Advance(const timeval& by)
+    {
+        _now.tv_sec += by.tv_sec;
+        _now.tv_usec += by.tv_usec;
+        if (_now.tv_usec >= 1000000) {
+            _now.tv_usec -= 1000000;
+            ++_now.tv_sec;
+        }
+    }
+    timeval _now{kStart, 500000};
+};
+
+// A screen that records how it was drawn.
+class RecordingFrame : public Frame {
+public:
+    RecordingFrame() : Frame(nullptr, 0, 0, 80, 25, 0, 7) {}
+    void Draw(bool active) override
+    {
+        draws.push_back(active);
+        Frame::Draw(active);
+    }
+    int Execute() override { return 0; }
+    void Refresh() override { ++refreshes; }
+    std::vector<bool> draws;
+    int refreshes = 0;
+};
+
+class GetKeyTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        Frame::SetClock(&clock);
+        Frame::_idleTimeout = 600;
+        Frame::_loggedIn = false;
+        Frame::_markForRestart = false;
+        Frame::fgFrame = nullptr;
+    }
+    void TearDown() override { Frame::SetClock(nullptr); }
+
+    ScriptedClock clock;
+    RecordingFrame window;
+};
+
+TEST_F(GetKeyTest, KeyWithinTheMinuteIsReturnedWithoutRedrawing)
+{
+    clock.script = {{5, 'a'}};
+    EXPECT_EQ(Frame::GetKey(&window, true), 'a');
+    EXPECT_TRUE(window.draws.empty());
+    ASSERT_EQ(clock.waits.size(), 1u);
+    EXPECT_DOUBLE_EQ(*clock.waits[0], 60.0);
+}
+
+TEST_F(GetKeyTest, ShortIdleTimeoutActsAsOneMinute)
+{
+    Frame::_idleTimeout = 30;
+    Frame::fgFrame = &window;
+    EXPECT_THROW(Frame::GetKey(&window, true), TolmTimeout);
+    EXPECT_NEAR(clock.Elapsed(), 60.0, 0.001);
+    // Both deadlines fall together; the timeout wins over dimming.
+    EXPECT_TRUE(window.draws.empty());
+    EXPECT_EQ(Frame::fgFrame, nullptr);
+}
+
+TEST_F(GetKeyTest, IdleTimeoutDimsAtOneMinuteAndExpiresAtTheLimit)
+{
+    Frame::_idleTimeout = 600;
+    EXPECT_THROW(Frame::GetKey(&window, true), TolmTimeout);
+    EXPECT_NEAR(clock.Elapsed(), 600.0, 0.001);
+    EXPECT_EQ(window.draws, std::vector<bool>{false});
+    ASSERT_GE(clock.waits.size(), 2u);
+    EXPECT_DOUBLE_EQ(*clock.waits[0], 60.0);
+    EXPECT_NEAR(*clock.waits[1], 540.0, 0.001);
+}
+
+TEST_F(GetKeyTest, ZeroTimeoutOrStatusScreenNeverTimesOut)
+{
+    for (bool zeroTimeout : {true, false}) {
+        SCOPED_TRACE(zeroTimeout ? "timeout 0" : "idle limit not applied");
+        Frame::_idleTimeout = zeroTimeout ? 0 : 600;
+        clock.waits.clear();
+        window.draws.clear();
+        // After the dimming wait runs out, a key arrives a day later.
+        clock.script = {{61, Frame::WAIT_TIMEOUT}, {86400, 'x'}};
+        EXPECT_EQ(Frame::GetKey(&window, zeroTimeout), 'x');
+        ASSERT_EQ(clock.waits.size(), 2u);
+        EXPECT_FALSE(clock.waits[1].has_value());
+        // Dimmed, then repainted by the key that ended dimming.
+        EXPECT_EQ(window.draws, (std::vector<bool>{false, true}));
+    }
+}
+
+TEST_F(GetKeyTest, NoiseDoesNotRestartTheDeadlines)
+{
+    Frame::_idleTimeout = 120;
+    clock.script = {{30, Frame::WAIT_NOTHING}, {20, Frame::WAIT_NOTHING}};
+    EXPECT_THROW(Frame::GetKey(&window, true), TolmTimeout);
+    EXPECT_NEAR(clock.Elapsed(), 120.0, 0.001);
+    // The second wait only covers what is left of the minute.
+    EXPECT_DOUBLE_EQ(*clock.waits[1], 30.0);
+    EXPECT_DOUBLE_EQ(*clock.waits[2], 10.0);
+}
+
+TEST_F(GetKeyTest, RefreshGoesToTheFrontFrameAndKeepsWaiting)
+{
+    RecordingFrame front;
+    Frame::fgFrame = &front;
+    Frame::_loggedIn = true;  // no card look-up for an idle console
+    clock.script = {{1, Frame::WAIT_REFRESH}, {1, Frame::WAIT_REFRESH}, {1, 'k'}};
+    EXPECT_EQ(Frame::GetKey(&window, true), 'k');
+    EXPECT_EQ(front.refreshes, 2);
+    EXPECT_EQ(window.refreshes, 0);
+}
+
+TEST_F(GetKeyTest, RestartWhileLoggedInIsOnlyMarked)
+{
+    Frame::_loggedIn = true;
+    clock.script = {{1, Frame::WAIT_RESTART}, {1, Key::Enter}};
+    EXPECT_EQ(Frame::GetKey(&window, true), Key::Enter);
+    EXPECT_TRUE(Frame::_markForRestart);
+}
+
+using GetKeyDeathTest = GetKeyTest;
+
+TEST_F(GetKeyDeathTest, ExitPaths)
+{
+    struct Case {
+        const char* name;
+        int code;
+    };
+    for (Case c : {Case{"restart while idle", Frame::WAIT_RESTART}, Case{"terminate", Frame::WAIT_TERMINATE},
+                   Case{"resize signal", Frame::WAIT_RESIZE}, Case{"resize key", Key::Resize}}) {
+        SCOPED_TRACE(c.name);
+        clock.script = {{1, c.code}};
+        EXPECT_EXIT(Frame::GetKey(&window, true), ::testing::ExitedWithCode(0), "");
+    }
+}
+
+}  // namespace
+}  // namespace Tolm

@@ -1,0 +1,85 @@
+// One wait on the keyboard and the signal pipe, with a real curses screen
+// reading from a pipe on descriptor 0.
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "TestTerminal.h"
+#include "frame/Frame.h"
+#include "frame/Keys.h"
+
+namespace Tolm {
+namespace {
+
+class WaitForInputTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(terminal.Ok());
+        ASSERT_EQ(pipe(signals), 0);
+        Frame::_signalPipe[0] = signals[0];
+        Frame::_signalPipe[1] = signals[1];
+    }
+    void TearDown() override
+    {
+        close(signals[0]);
+        close(signals[1]);
+        Frame::_signalPipe[0] = Frame::_signalPipe[1] = -1;
+    }
+    void Signal(unsigned char code) { ASSERT_EQ(write(signals[1], &code, 1), 1); }
+    int Wait(long usec = 200000)
+    {
+        timeval limit{0, usec};
+        return Frame::WaitForInput(&limit);
+    }
+
+    FrameTest::TestTerminal terminal{"xterm"};
+    int signals[2] = {-1, -1};
+};
+
+TEST_F(WaitForInputTest, KeyWinsOverPendingSignalWhichComesNext)
+{
+    Signal(Frame::SIG_REFRESH);
+    terminal.Type("a");
+    EXPECT_EQ(Wait(), 'a');
+    EXPECT_EQ(Wait(), Frame::WAIT_REFRESH);
+    EXPECT_EQ(Wait(10000), Frame::WAIT_TIMEOUT);
+}
+
+TEST_F(WaitForInputTest, SignalBytesMapToCodesInOrder)
+{
+    for (unsigned char code : {1, 2, 3, 4, 9, 0}) Signal(code);
+    EXPECT_EQ(Wait(), Frame::WAIT_REFRESH);
+    EXPECT_EQ(Wait(), Frame::WAIT_RESTART);
+    EXPECT_EQ(Wait(), Frame::WAIT_RESIZE);
+    EXPECT_EQ(Wait(), Frame::WAIT_TERMINATE);
+    EXPECT_EQ(Wait(), Frame::WAIT_NOTHING);  // unknown byte
+    EXPECT_EQ(Wait(), Frame::WAIT_NOTHING);
+}
+
+TEST_F(WaitForInputTest, ExtraSequencesArriveAsKeyCodes)
+{
+    DefineKeys();
+    struct Case {
+        const char* bytes;
+        int key;
+    };
+    const Case cases[] = {
+        {"\0332", Key::F2},     {"\0330", Key::F10},      {"\033!", Key::F11}, {"\033@", Key::F12},
+        {"\177", Key::Backspace}, {"\033R", Key::Resize}, {"\033[3~", Key::Delete},
+        {"\033[X", Key::F12},   {"\033OA", Key::Up},      {"\033/", Key::PageDown},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.bytes + 1);
+        terminal.Type(c.bytes);
+        EXPECT_EQ(Wait(), c.key);
+    }
+}
+
+TEST_F(WaitForInputTest, NullLimitWaitsUntilInput)
+{
+    Signal(Frame::SIG_TERMINATE);
+    EXPECT_EQ(Frame::WaitForInput(nullptr), Frame::WAIT_TERMINATE);
+}
+
+}  // namespace
+}  // namespace Tolm

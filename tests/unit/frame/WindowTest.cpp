@@ -1,0 +1,161 @@
+// Window geometry, ownership, drawing guards and the parked cursor.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "TestTerminal.h"
+#include "frame/Frame.h"
+#include "frame/Window.h"
+
+namespace Tolm {
+namespace {
+
+class Counted : public Window {
+public:
+    Counted(Window* parent, int* destroyed) : Window(parent, 1, 1, 2, 2), _destroyed(destroyed) {}
+    ~Counted() override { ++*_destroyed; }
+
+private:
+    int* _destroyed;
+};
+
+std::string Row(Window& w, int y, int n)
+{
+    char buf[256] = {};
+    mvwinnstr(w.CursesWindow(), y, 0, buf, n);
+    return buf;
+}
+
+class WindowTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(terminal.Ok());
+        start_color();
+        InitColors();
+    }
+    FrameTest::TestTerminal terminal{"linux", 25, 80};
+};
+
+TEST_F(WindowTest, ChildrenArePlacedAndColouredRelativeToTheirParent)
+{
+    Window top(10, 5, 40, 10, Color::Black, Color::White);
+    Window* band = top.CreateChild(2, 3, 20, 4, Color::Yellow);
+    Window* inner = band->CreateChild(1, 1, 5, 2);
+    EXPECT_EQ(band->X(), 12);
+    EXPECT_EQ(band->Y(), 8);
+    EXPECT_EQ(inner->X(), 13);
+    EXPECT_EQ(inner->Y(), 9);
+    EXPECT_EQ(band->Background(), Color::Yellow);
+    EXPECT_EQ(band->Foreground(), Color::White);
+    EXPECT_EQ(inner->Background(), Color::Yellow);
+    ASSERT_NE(inner->CursesWindow(), nullptr);
+
+    // Children share the parent's cells.
+    inner->WriteString(0, 0, "ab");
+    EXPECT_EQ(Row(top, 4, 40).substr(3, 2), "ab");
+}
+
+TEST_F(WindowTest, DestructionTakesOwnedChildrenAndUnlinksOthers)
+{
+    int destroyed = 0;
+    {
+        Window top(0, 0, 20, 10, Color::Black, Color::White);
+        top.AddChild<Counted>(&destroyed);
+        Window* owned = top.CreateChild(0, 0, 4, 4);
+        owned->AddChild<Counted>(&destroyed);
+        {
+            Window onStack(&top, 5, 5, 3, 3);
+            EXPECT_EQ(top.Children().size(), 3u);
+        }
+        EXPECT_EQ(top.Children().size(), 2u);
+        EXPECT_EQ(destroyed, 0);
+    }
+    EXPECT_EQ(destroyed, 2);
+}
+
+TEST_F(WindowTest, WindowLargerThanTheTerminalIsInert)
+{
+    Window huge(0, 0, 100, 30, Color::Black, Color::White);
+    EXPECT_EQ(huge.CursesWindow(), nullptr);
+    Window* child = huge.CreateChild(1, 1, 10, 10);
+    EXPECT_EQ(child->CursesWindow(), nullptr);
+    Window offScreen(-5, -2, 10, 5, Color::Black, Color::White);
+    EXPECT_EQ(offScreen.CursesWindow(), nullptr);
+    for (Window* w : {&huge, &offScreen}) {
+        w->Draw(false);
+        w->Draw(true);
+        w->WriteString(0, 0, "x");
+        w->Erase();
+        w->Box();
+        w->HorizontalLine(0, 1, 5);
+        w->SetColors(Color::Red, Color::White);
+        w->MoveCursor(1, 1);
+        w->Push();
+    }
+}
+
+TEST_F(WindowTest, WritingOutsideTheWindowWritesNothing)
+{
+    Window top(0, 0, 10, 3, Color::Black, Color::White);
+    top.WriteString(10, 0, "X");
+    top.WriteString(-1, 1, "Y");
+    top.WriteString(0, 3, "Z");
+    for (int y = 0; y < 3; ++y) EXPECT_EQ(Row(top, y, 10), std::string(10, ' '));
+}
+
+TEST_F(WindowTest, InactiveDrawDimsEveryChildAndActiveRestoresColours)
+{
+    Window top(0, 0, 20, 10, Color::Yellow, Color::White);
+    Window* band = top.CreateChild(0, 0, 20, 2, Color::DarkGrey);
+    auto pairOf = [](Window* w) {
+        cchar_t cell;
+        wgetbkgrnd(w->CursesWindow(), &cell);
+        wchar_t text[CCHARW_MAX + 1];
+        attr_t attrs;
+        short shortPair;
+        int pair = 0;
+        getcchar(&cell, text, &attrs, &shortPair, &pair);
+        return pair;
+    };
+    top.Draw(false);
+    EXPECT_FALSE(band->IsActive());
+    EXPECT_EQ(pairOf(&top), ColorPair(Color::Black, Color::DarkGrey));
+    EXPECT_EQ(pairOf(band), ColorPair(Color::Black, Color::DarkGrey));
+    // Colour changes while dimmed wait for the next active draw.
+    band->SetColors(Color::Red, -1);
+    EXPECT_EQ(pairOf(band), ColorPair(Color::Black, Color::DarkGrey));
+    top.Draw(true);
+    EXPECT_EQ(pairOf(&top), ColorPair(Color::Yellow, Color::White));
+    EXPECT_EQ(pairOf(band), ColorPair(Color::Red, Color::White));
+}
+
+TEST_F(WindowTest, CoveredWindowGetsItsCursorBack)
+{
+    Window screen(0, 0, 80, 25, Color::Black, Color::White);
+    Window field(&screen, 10, 5, 20, 1);
+    field.MoveCursor(3, 0);
+    Window::ShowCursor(true);
+
+    screen.Draw(false);  // a dialog opens over it
+    EXPECT_FALSE(Window::_cursor);
+    Window dialog(5, 5, 30, 8, Color::Black, Color::White);
+    dialog.MoveCursor(1, 1);
+    screen.Draw(false);  // dimmed again by the idle timer: keeps the first save
+    dialog.Draw(true);
+
+    screen.Draw(true);  // the dialog closed
+    EXPECT_TRUE(Window::_cursor);
+    EXPECT_EQ(Window::_xCursor, 13);
+    EXPECT_EQ(Window::_yCursor, 5);
+
+    Window::ShowCursor(false);
+    screen.Draw(false);
+    field.MoveCursor(0, 0);
+    screen.Draw(true);
+    EXPECT_FALSE(Window::_cursor);
+    EXPECT_EQ(Window::_xCursor, 13);
+}
+
+}  // namespace
+}  // namespace Tolm
