@@ -201,7 +201,7 @@ std::vector<std::string> CimLines(const Json& state)
     static const Firmware firmware[] = {
         {"OMC_SMASHFirmwareIdentity", "BIOS"},
         {"OMC_MCFirmwareIdentity", "BMC"},
-        {"OMC_SMASHFirmwareIdentity", "CPLD"},
+        {"Pellor_HHRCWrapperSoftwareIdentity", "CPLD"},
         {"Pellor_HHRCWrapperSoftwareIdentity", "PLSA"},
     };
     for (const Firmware& f : firmware) {
