@@ -1,0 +1,189 @@
+// Rules the simulated host enforces on its network.
+#include "HostRoot.h"
+
+#include "host/HostCtlException.h"
+#include "host/TarnCtl.h"
+#include "host/sim/SimRules.h"
+
+namespace Tolm::Test {
+namespace {
+
+using namespace TarnCtl::Network;
+using HostCtl::Lib::HostCtlException;
+
+std::unique_ptr<TarnNic> Management()
+{
+    NetworkInfoImpl info;
+    info.UpdateManagementInterface();
+    auto nic = info.GetManagementInterface();
+    EXPECT_TRUE(nic);
+    return nic;
+}
+
+IpConfig DhcpConfig()
+{
+    IpConfig c;
+    c.SetUseDhcp(true, true);
+    return c;
+}
+
+TEST(NetworkRules, DhcpGivesTheLeaseOrAFailedLookup)
+{
+    HostRoot root;
+    auto nic = Management();
+    nic->SetIpConfig(DhcpConfig());
+    IpConfig got = nic->GetIpConfig();
+    EXPECT_TRUE(got.GetUseDhcp());
+    EXPECT_EQ("192.168.10.57", got.GetIpv4Address().GetStringAddress());
+    EXPECT_FALSE(nic->IsDhcpLookupFailed());
+    EXPECT_EQ(std::vector<Ipv4Address>{Ipv4Address("192.168.10.2")}, DnsConfigImpl().GetNameServers());
+
+    root.Set("/network/dhcpServer/available", false);
+    nic->RenewDhcpLease();
+    EXPECT_EQ(0u, nic->GetIpConfig().GetIpv4Address().GetBinaryAddress());
+    EXPECT_TRUE(nic->IsDhcpLookupFailed());
+
+    // The server comes back: a restart of the interface finds it.
+    root.Set("/network/dhcpServer/available", true);
+    nic->Stop();
+    EXPECT_FALSE(nic->IsUp());
+    nic->Refresh();
+    nic->Start();
+    EXPECT_EQ("192.168.10.57", nic->GetIpConfig().GetIpv4Address().GetStringAddress());
+}
+
+TEST(NetworkRules, StaticConfigurationIsCheckedAndKept)
+{
+    HostRoot root;
+    auto nic = Management();
+    IpConfig c;
+    c.SetIpv4Address(Ipv4Address("10.0.0.5"));
+    c.SetIpv4Netmask(Ipv4Address("255.0.255.0"));
+    EXPECT_THROW(nic->SetIpConfig(c), HostCtlException);
+    c.SetIpv4Netmask(Ipv4Address("255.255.0.0"));
+    nic->SetIpConfig(c);
+    IpConfig got = nic->GetIpConfig();
+    EXPECT_FALSE(got.GetUseDhcp());
+    EXPECT_EQ("10.0.0.5", got.GetIpv4Address().GetStringAddress());
+    EXPECT_THROW(nic->RenewDhcpLease(), HostCtlException);
+    EXPECT_THROW(TarnNic("tarn9").GetIpConfig(), HostCtlException);
+}
+
+TEST(NetworkRules, Ipv6SwitchTakesEffectOnlyAfterRestart)
+{
+    HostRoot root;
+    NetworkInfoImpl info;
+    ASSERT_TRUE(info.IsTarnIpv6Enabled());
+    EXPECT_FALSE(Management()->GetIpConfig().GetIpv6Network().empty());
+
+    info.SetTarnIpv6Enabled(false);
+    EXPECT_TRUE(info.IsTarnIpv6Enabled());
+    EXPECT_FALSE(info.IsTarnIpv6EnabledAfterRestart());
+
+    root.State().Update([](nlohmann::json& s) { HostSim::Restart(s); });
+    EXPECT_FALSE(info.IsTarnIpv6Enabled());
+    EXPECT_TRUE(Management()->GetIpConfig().GetIpv6Network().empty());
+    EXPECT_EQ(2, root.Read()["power"]["bootCount"].get<int>());
+}
+
+TEST(NetworkRules, Ipv6StaticAndDynamicAddresses)
+{
+    HostRoot root;
+    auto nic = Management();
+    IpConfig c = nic->GetIpv6Config();
+    c.AddIpv6Network(Ipv6Network("fe80::5/64"));
+    EXPECT_THROW(nic->SetIpv6Config(c), HostCtlException);
+
+    c = nic->GetIpv6Config();
+    c.AddIpv6Network(Ipv6Network("2001:db8::10/64"));
+    c.SetUseIpv6RouterAdvertised(true);
+    nic->SetIpv6Config(c);
+    int statics = 0, autoconf = 0, linkLocal = 0;
+    for (const auto& n : nic->GetIpConfig().GetIpv6Network()) {
+        statics += n.GetIpv6AddressType() == IPV6_TYPE_STATIC;
+        autoconf += n.GetIpv6AddressType() == IPV6_TYPE_AUTOCONF && n.GetIpv6Scope() == IPV6_SCOPE_GLOBAL;
+        linkLocal += n.GetIpv6Scope() == IPV6_SCOPE_LINK_LOCAL;
+    }
+    EXPECT_EQ(1, statics);
+    EXPECT_EQ(1, autoconf);  // prefix plus the interface identifier
+    EXPECT_EQ(1, linkLocal);
+}
+
+TEST(NetworkRules, AnAdapterServesOneSwitch)
+{
+    HostRoot root;
+    VirtualSwitchImpl sw("switch0");
+    EXPECT_THROW(sw.AddUplink("hwnic2"), HostCtlException);  // on switch1
+    EXPECT_THROW(sw.AddUplink("hwnic7"), HostCtlException);  // no such adapter
+    sw.AddUplink("hwnic3");
+    sw.RemoveUplink("hwnic0");
+    EXPECT_EQ((std::vector<std::string>{"hwnic1", "hwnic3"}), sw.GetTeamingPolicy().GetUplinkOrder());
+    EXPECT_THROW(sw.RemoveUplink("hwnic0"), HostCtlException);
+
+    EXPECT_THROW(sw.SetVlanId("Management Network", 4096), HostCtlException);
+    sw.SetVlanId("Management Network", 4095);
+    EXPECT_EQ(4095, sw.GetVlanId("Management Network"));
+    EXPECT_TRUE(Management()->IsUsable());
+}
+
+TEST(NetworkRules, DistributedSwitchAndMissingAdapters)
+{
+    {
+        HostRoot root("dvs");
+        auto nic = Management();
+        EXPECT_EQ(CONNECTEE_DVSPORT, nic->GetConnecteeType());
+        EXPECT_EQ((std::vector<std::string>{"hwnic0", "hwnic1"}), DlswitchImpl("dlswitch0").GetUsedUplinks());
+        EXPECT_EQ(10, DlswitchImpl("dlswitch0").GetVlanId(nic->GetPortGroup()));
+        EXPECT_THROW(VirtualSwitchImpl("switch1").AddUplink("hwnic0"), HostCtlException);
+    }
+    {
+        HostRoot root("no-adapter");
+        EXPECT_TRUE(NetworkInfoImpl().GetPnics().empty());
+        EXPECT_FALSE(Management()->IsUsable());
+    }
+}
+
+TEST(NetworkRules, DnsSettings)
+{
+    HostRoot root;
+    DnsConfigImpl dns;
+    dns.SetSearchDomainsString("a.example, b.example  c.example,");
+    dns.AddSearchDomain("b.example");
+    dns.AddSearchDomain("d.example");
+    dns.SaveConfig();
+    EXPECT_EQ((std::vector<std::string>{"a.example", "b.example", "c.example", "d.example"}), dns.GetSearchDomains());
+
+    dns.RemoveNameServers();
+    dns.AddNameServer(Ipv6Address("2001:db8::53"));
+    dns.AddNameServer(Ipv4Address("10.1.1.1"));
+    EXPECT_EQ(1u, dns.GetNameServers().size());
+    EXPECT_EQ("2001:db8::53", dns.GetIpv6NameServers().at(0).GetStringAddress());
+
+    dns.SetHostname("esx9.corp.example");
+    EXPECT_EQ("esx9", dns.GetHostname());
+    EXPECT_EQ("corp.example", dns.GetDomain());
+    EXPECT_EQ("esx9", root.Read()["network"]["dns"]["hostname"]);
+    EXPECT_THROW(DnsConfigImpl("otherStack").GetHostname(), HostCtlException);
+}
+
+TEST(NetworkModel, AddressParsing)
+{
+    EXPECT_TRUE(Ipv4Address::IsValidAddress("192.168.1.1"));
+    EXPECT_FALSE(Ipv4Address::IsValidAddress("192.168.1"));
+    EXPECT_FALSE(Ipv4Address::IsValidAddress("192.168.1.256"));
+    EXPECT_EQ(0xC0A80101u, Ipv4Address("192.168.1.1").GetBinaryAddress());
+    EXPECT_TRUE(Ipv4Address::IsValidNetmask("255.255.255.0"));
+    EXPECT_FALSE(Ipv4Address::IsValidNetmask("255.0.255.0"));
+    EXPECT_FALSE(Ipv4Address::IsValidNetmask("0.0.0.0"));
+    EXPECT_EQ("::", Ipv6Address().GetStringAddress());
+    EXPECT_TRUE(Ipv6Network::IsValidAddressAndNetmask("2001:db8::1/64"));
+    EXPECT_FALSE(Ipv6Network::IsValidAddressAndNetmask("2001:db8::1"));
+    EXPECT_FALSE(Ipv6Network::IsValidAddressAndNetmask("2001:db8::1/129"));
+    EXPECT_EQ("2001:db8::1/64", Ipv6Network("2001:DB8:0::1/64").GetStringAddress());
+    EXPECT_TRUE(ParseIpAddress("::ffff:1.2.3.4")->IsIpv6());
+    EXPECT_FALSE(ParseIpAddress("1.2.3.4")->IsIpv6());
+    EXPECT_EQ(nullptr, ParseIpAddress("1.2.3"));
+}
+
+}  // namespace
+}  // namespace Tolm::Test

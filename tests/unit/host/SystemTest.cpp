@@ -1,0 +1,144 @@
+// Faults, the event facility, sysinfo, options and the other system facts.
+#include "HostRoot.h"
+
+#include "host/HostCtlException.h"
+#include "host/TarnCtl.h"
+
+#include <cstring>
+
+namespace Tolm::Test {
+namespace {
+
+using HostCtl::Lib::HostCtlException;
+
+std::string ReadFile(const std::string& path)
+{
+    std::ifstream in(path);
+    return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+TEST(Faults, InjectedFailureCarriesItsMessageAndStopsTheChange)
+{
+    HostRoot root;
+    root.Set("/faults/GetPnics", "Unable to query physical nics; host agent busy");
+    root.Set("/faults/SetKeyboardLayout", "keymap locked");
+    try {
+        TarnCtl::Network::NetworkInfoImpl().GetPnics();
+        FAIL();
+    } catch (const HostCtlException& e) {
+        EXPECT_STREQ("Unable to query physical nics; host agent busy", e.what());
+    }
+    EXPECT_THROW(TarnCtl::System::SystemInfoImpl().SetKeyboardLayout("German"), HostCtlException);
+    EXPECT_EQ("US Default", TarnCtl::System::SystemInfoImpl().GetKeyboardLayout());
+    // Other operations are untouched.
+    EXPECT_EQ(2, TarnCtl::Hardware::CpuInfoImpl().GetNumCpuPackages());
+
+    root.Set("/faults/SysinfoGet", "node busy");
+    char record[TarnCtl::Util::SYSINFO_VERSION_SIZE];
+    EXPECT_THROW(TarnCtl::Util::SysinfoUtil::SysinfoGet(TarnCtl::Util::QSI_NODE_system_version, record, sizeof record),
+                 HostCtlException);
+}
+
+TEST(EventFacility, RecordsAreLinesOfTheEventLog)
+{
+    HostRoot root;
+    ASSERT_EQ(0, EvtUserLib_Init());
+    EXPECT_EQ(0, EvtUserLib_AddEvt("@&!*@*@(%s)Restarting %s", "evt.user.tolm.network.restart", "tarn0"));
+    EXPECT_EQ(0, EvtUserLib_AddEvt("@&!*@*@(evt.user.tolm.shutdown.host)Shutting down host"));
+    EvtUserLib_Close();
+    EXPECT_EQ("@&!*@*@(evt.user.tolm.network.restart)Restarting tarn0\n"
+              "@&!*@*@(evt.user.tolm.shutdown.host)Shutting down host\n",
+              ReadFile(root.Root() + "/var/log/evtd.log"));
+    EXPECT_NE(0, EvtUserLib_AddEvt("after close"));
+}
+
+TEST(EventFacility, UnavailableFacilityFailsToOpen)
+{
+    HostRoot root;
+    root.Set("/eventFacility/available", false);
+    EXPECT_NE(0, EvtUserLib_Init());
+    EXPECT_NE(0, EvtUserLib_AddEvt("dropped"));
+    EXPECT_FALSE(std::filesystem::exists(root.Root() + "/var/log/evtd.log"));
+}
+
+TEST(Sysinfo, VersionRecordAndBootOption)
+{
+    HostRoot root("audit");
+    char record[TarnCtl::Util::SYSINFO_VERSION_SIZE];
+    std::memset(record, 'x', sizeof record);
+    TarnCtl::Util::SysinfoUtil::SysinfoGet(TarnCtl::Util::QSI_NODE_system_version, record, sizeof record);
+    EXPECT_STREQ("Tarn Hypervisor", record + 0);
+    EXPECT_STREQ("8.0.2", record + 32);
+    EXPECT_STREQ("8.0.2", record + 96);
+    EXPECT_STREQ("22380479", record + 128);
+    int32_t boot = 0;
+    EXPECT_EQ(0, TarnCtl::Util::Qsi_Get(TarnCtl::Util::QSI_NODE_system_bootOption, &boot, sizeof boot));
+    EXPECT_EQ(1, boot);
+    root.Set("/faults/Qsi_Get", "unavailable");
+    EXPECT_NE(0, TarnCtl::Util::Qsi_Get(TarnCtl::Util::QSI_NODE_system_bootOption, &boot, sizeof boot));
+}
+
+TEST(Options, IntegerOptionsAndUserOptions)
+{
+    HostRoot root;
+    TarnCtl::Adv::AdvancedOptionImpl adv;
+    auto opt = adv.FindOption("/UserVars/TolmTimeOut");
+    auto* integer = dynamic_cast<HostCtl::Adv::AdvancedIntegerOption*>(opt.get());
+    ASSERT_NE(nullptr, integer);
+    EXPECT_EQ(600, integer->GetValue());
+    integer->SetValue(86400);
+    EXPECT_EQ(86400, root.Read()["advancedOptions"]["UserVars"]["TolmTimeOut"]["value"]);
+    EXPECT_THROW(integer->SetValue(86401), HostCtlException);
+    EXPECT_EQ(nullptr, adv.FindOption("/UserVars/NoSuchOption"));
+    EXPECT_EQ(nullptr, dynamic_cast<HostCtl::Adv::AdvancedIntegerOption*>(
+                           adv.FindOption("/UserVars/HostClientWelcomeMessage").get()));
+
+    EXPECT_FALSE(adv.HasUserOption("PXEBootEnabled"));
+    adv.SetUserOption("PXEBootEnabled", "1");
+    EXPECT_TRUE(adv.HasUserOption("PXEBootEnabled"));
+    adv.RemoveUserOption("PXEBootEnabled");
+    EXPECT_FALSE(adv.HasUserOption("PXEBootEnabled"));
+}
+
+TEST(System, AlertsFirewallCardsAndMachines)
+{
+    HostRoot root;
+    TarnCtl::System::SystemInfoImpl sys;
+    sys.SetSystemAlert("Hagentd core dump completed");
+    EXPECT_EQ(std::vector<std::string>{"Hagentd core dump completed"}, sys.GetSystemAlerts());
+
+    auto ssh = sys.GetFirewallRulesetById("sshServer");
+    EXPECT_FALSE(ssh->IsEnabled());
+    ssh->Enable();
+    EXPECT_TRUE(root.Read()["system"]["firewall"]["rulesets"]["sshServer"]["enabled"]);
+    EXPECT_THROW(sys.GetFirewallRulesetById("noSuchRuleset"), HostCtlException);
+
+    EXPECT_FALSE(sys.HasRunningVms());
+    root.Set("/vms/0/powerState", "poweredOn");
+    EXPECT_EQ(std::vector<std::string>{"build-runner-01"}, sys.GetRunningVms());
+
+    auto slots = TarnCtl::Hardware::SmartCardInfoImpl().GetSlots();
+    ASSERT_EQ(1u, slots.size());
+    EXPECT_FALSE(slots[0].GetToken());
+    root.Set("/smartCards/slots/0/token", {{"label", "PIV"}, {"userIds", {"", "alice"}}});
+    slots = TarnCtl::Hardware::SmartCardInfoImpl().GetSlots();
+    ASSERT_TRUE(slots[0].GetToken());
+    EXPECT_EQ((std::vector<std::string>{"", "alice"}), slots[0].GetToken()->GetUserIds());
+}
+
+TEST(Exec, CommandLinesRunInsideTheHostRoot)
+{
+    HostRoot root;
+    std::filesystem::create_directories(root.Root() + "/sbin");
+    std::filesystem::create_directories(root.Root() + "/bin");
+    std::filesystem::create_symlink("/bin/sh", root.Root() + "/bin/sh");
+    {
+        std::ofstream script(root.Root() + "/sbin/services.sh");
+        script << "echo \"$1\" > \"$(dirname \"$0\")/../var/log/services.out\"\nexit 3\n";
+    }
+    EXPECT_EQ(3, TarnCtl::Util::TarnCtl_Exec("/bin/sh /sbin/services.sh stop", 0, 1, 0));
+    EXPECT_EQ("stop\n", ReadFile(root.Root() + "/var/log/services.out"));
+}
+
+}  // namespace
+}  // namespace Tolm::Test
