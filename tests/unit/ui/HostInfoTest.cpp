@@ -1,0 +1,108 @@
+#include "ui/HostInfo.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <regex>
+#include <sstream>
+
+using namespace Tolm::HostInfo;
+namespace fs = std::filesystem;
+
+TEST(HostInfo, PlaceholderNamesInTableOrder) {
+    std::vector<std::string> names;
+    for (const auto& [name, function] : Placeholders()) names.push_back(name);
+    EXPECT_EQ(names, (std::vector<std::string>{"ssl-thumbprint", "ssh-dsa-fingerprint", "ssh-rsa-fingerprint",
+                                               "talvoproduct", "talvoversion", "memory", "servicetag", "assettag",
+                                               "BIOSversion", "BMCversion", "CPLDversion", "PLSAversion"}));
+}
+
+TEST(HostInfo, ParsesToolOutput) {
+    EXPECT_EQ(ParseSslFingerprint("SHA1 Fingerprint=AB:CD:EF\n"), "AB:CD:EF");
+    EXPECT_EQ(ParseSslFingerprint("sha1 Fingerprint=01:02\n"), "01:02");
+    EXPECT_EQ(ParseSslFingerprint("unable to load certificate\n"), std::nullopt);
+    EXPECT_EQ(ParseSshFingerprint("3072 SHA256:abcDEF root@host (RSA)\n"), "SHA256:abcDEF");
+    EXPECT_EQ(ParseSshFingerprint("is not a key file.\n"), std::nullopt);
+
+    const auto values = ParseCimData(
+        "CIM_Chassis OtherIdentifyingInfo ServiceTag=ABC1234\n"
+        "CIM_Chassis OtherIdentifyingInfo AssetTag= Rack 7 \n"
+        "garbage line\n"
+        "OMC_SMASHFirmwareIdentity VersionString BIOS=2.4.1\n"
+        "Pellor_HHRCWrapperSoftwareIdentity VersionString PLSA=9.9\n"
+        "Pellor_HHRCWrapperSoftwareIdentity VersionString CPLD=1.0.3\n");
+    ASSERT_EQ(values.size(), 5u);
+    EXPECT_EQ(PickCimValue(values, "servicetag"), "ABC1234");
+    EXPECT_EQ(PickCimValue(values, "assettag"), "Rack 7");
+    EXPECT_EQ(PickCimValue(values, "BIOSversion"), "2.4.1");
+    EXPECT_EQ(PickCimValue(values, "CPLDversion"), "1.0.3");
+    EXPECT_EQ(PickCimValue(values, "PLSAversion"), "9.9");
+    EXPECT_EQ(PickCimValue(values, "BMCversion"), std::nullopt);
+    EXPECT_EQ(PickCimValue(values, "memory"), std::nullopt);
+}
+
+class HostInfoRoot : public ::testing::Test {
+protected:
+    void SetUp() override {
+        char tmpl[] = "/tmp/tolm-ui-root-XXXXXX";
+        ASSERT_NE(mkdtemp(tmpl), nullptr);
+        root = tmpl;
+        fs::create_directories(root / "var/log");
+        fs::create_directories(root / "etc/ssh");
+        fs::create_directories(root / "etc/pellor/ssl");
+        setenv("TOLM_ROOT", root.c_str(), 1);
+        ClearCache();
+    }
+    void TearDown() override {
+        unsetenv("TOLM_ROOT");
+        ClearCache();
+        fs::remove_all(root);
+    }
+    std::string Syslog() {
+        std::ifstream in(root / "var/log/syslog.log");
+        std::stringstream text;
+        text << in.rdbuf();
+        return text.str();
+    }
+    fs::path root;
+};
+
+TEST_F(HostInfoRoot, SystemToolIsReachedFromARootWithoutIt) {
+    if (access("/usr/bin/openssl", X_OK) != 0) GTEST_SKIP() << "no openssl";
+    const std::string path = ToolPath("openssl");
+    ASSERT_FALSE(path.empty());
+    EXPECT_EQ(fs::canonical(root.string() + path), fs::canonical("/usr/bin/openssl"));
+    EXPECT_EQ(ToolPath("no-such-tool-here"), "");
+}
+
+TEST_F(HostInfoRoot, FingerprintsAreComputedAndMissingKeysFallBack) {
+    if (access("/usr/bin/openssl", X_OK) != 0 || access("/usr/bin/ssh-keygen", X_OK) != 0)
+        GTEST_SKIP() << "no openssl or ssh-keygen";
+    const std::string ssl = (root / "etc/pellor/ssl").string();
+    const std::string ssh = (root / "etc/ssh/ssh_host_rsa_key").string();
+    ASSERT_EQ(std::system(("openssl req -x509 -newkey rsa:2048 -nodes -days 1 -subj /CN=t -keyout " + ssl +
+                           "/nox.key -out " + ssl + "/nox.crt >/dev/null 2>&1")
+                              .c_str()),
+              0);
+    ASSERT_EQ(std::system(("ssh-keygen -q -t rsa -b 2048 -N '' -f " + ssh + " >/dev/null 2>&1").c_str()), 0);
+
+    EXPECT_TRUE(std::regex_match(SslThumbprint(), std::regex("([0-9A-F]{2}:){19}[0-9A-F]{2}")));
+    EXPECT_TRUE(SshRsaFingerprint().starts_with("SHA256:"));
+    EXPECT_EQ(SshDsaFingerprint(), UNAVAILABLE);
+    EXPECT_NE(Syslog().find("Error generating SSH Key Fingerprint: "), std::string::npos);
+
+    // Cached: the certificate going away does not change the shown value.
+    const std::string first = SslThumbprint();
+    fs::remove(ssl + "/nox.crt");
+    EXPECT_EQ(SslThumbprint(), first);
+    ClearCache();
+    EXPECT_EQ(SslThumbprint(), UNAVAILABLE);
+}
+
+TEST_F(HostInfoRoot, MissingManagementDataToolGivesTheFallBack) {
+    EXPECT_EQ(ServiceTag(), UNAVAILABLE);
+    EXPECT_EQ(BiosVersion(), UNAVAILABLE);
+}

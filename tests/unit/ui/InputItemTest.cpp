@@ -1,0 +1,114 @@
+#include "ui/InputItem.h"
+
+#include <gtest/gtest.h>
+
+#include "frame/Keys.h"
+
+using namespace Tolm;
+
+namespace {
+void Type(InputItem& item, const std::string& text) {
+    for (char c : text) item.HandleKey(c);
+}
+}  // namespace
+
+TEST(InputItem, FirstEditingKeyReplacesAFreshValueButMovementKeepsIt) {
+    InputItem item("Label", "abc", 10);
+    Type(item, "xy");
+    EXPECT_EQ(item.Value(), "xy");
+
+    item.SetValue("abc");
+    item.HandleKey(Key::Right);
+    Type(item, "d");
+    EXPECT_EQ(item.Value(), "abcd");
+
+    item.SetValue("abc");
+    item.HandleKey(Key::Home);
+    Type(item, "_");
+    EXPECT_EQ(item.Value(), "_abc");
+
+    item.SetValue("abc");
+    item.HandleKey(Key::Backspace);
+    EXPECT_EQ(item.Value(), "");
+    item.SetValue("abc");
+    item.HandleKey(Key::Delete);
+    EXPECT_EQ(item.Value(), "");
+
+    // A non-printable key still consumes the fresh value.
+    item.SetValue("abc");
+    item.HandleKey(Key::F5);
+    EXPECT_EQ(item.Value(), "");
+
+    // Gaining the focus makes the value fresh again.
+    item.SetValue("abc");
+    item.HandleKey(Key::End);
+    item.SetFocus(true);
+    Type(item, "z");
+    EXPECT_EQ(item.Value(), "z");
+}
+
+TEST(InputItem, EditingAtTheEdgesDoesNothing) {
+    InputItem item("L", "", 10);
+    item.HandleKey(Key::End);
+    item.HandleKey(Key::Delete);
+    item.HandleKey(Key::Backspace);
+    EXPECT_EQ(item.Value(), "");
+    item.SetValue("ab");
+    item.HandleKey(Key::Home);
+    item.HandleKey(Key::Backspace);
+    item.HandleKey(8);
+    item.HandleKey(Key::Left);
+    EXPECT_EQ(item.Value(), "ab");
+    EXPECT_EQ(item.Cursor(), 0);
+    item.HandleKey(Key::Delete);
+    EXPECT_EQ(item.Value(), "b");
+    item.HandleKey(Key::End);
+    item.HandleKey(Key::Right);
+    EXPECT_EQ(item.Cursor(), 1);
+}
+
+TEST(InputItem, ViewScrollsWithTheCursorAndBackspaceJumpsToTheEnd) {
+    InputItem item("L", "abcdefghij", 5);
+    item.HandleKey(Key::End);
+    const int width = 30;
+    EXPECT_EQ(item.RowText(width), std::string(30 - 5 - 5, ' ').replace(0, 1, "L") + " [ fghij ]");
+    EXPECT_EQ(item.FirstVisible(), 5);
+    EXPECT_EQ(item.CursorColumn(width), 30 - 5 - 2 + 5);
+
+    for (int i = 0; i < 5; ++i) item.HandleKey(Key::Left);
+    EXPECT_EQ(item.Cursor(), 5);
+    EXPECT_EQ(item.FirstVisible(), 5);
+
+    // Cursor on the first visible character: Backspace deletes its
+    // predecessor, shows the field from the start, cursor at the end.
+    item.HandleKey(Key::Backspace);
+    EXPECT_EQ(item.Value(), "abcdfghij");
+    EXPECT_EQ(item.FirstVisible(), 0);
+    EXPECT_EQ(item.Cursor(), 9);
+
+    // Left from the first visible character scrolls the view by one.
+    item.RowText(width);
+    EXPECT_EQ(item.FirstVisible(), 4);
+    for (int i = 0; i < 5; ++i) item.HandleKey(Key::Left);
+    EXPECT_EQ(item.FirstVisible(), 4);
+    item.HandleKey(Key::Left);
+    EXPECT_EQ(item.FirstVisible(), 3);
+    EXPECT_EQ(item.Cursor(), 3);
+}
+
+TEST(InputItem, RowTextHighlightsTheFocusedFieldAndMasksPasswords) {
+    InputItem item("Password:", "secret", 8);
+    item.SetMasked(true);
+    const std::string label = "Password:" + std::string(8, ' ') + " [ ";
+    EXPECT_EQ(item.RowText(30), label + "****** ]");
+    item.SetFocus(true);
+    EXPECT_EQ(item.RowText(30), label + "{bgcolor:white}{color:black}******{/color}{/bgcolor}   ]");
+    Type(item, "x");
+    EXPECT_EQ(item.RowText(30), label + "{bgcolor:black}{color:white}*{/color}{/bgcolor}" + std::string(8, ' ') + "]");
+    EXPECT_EQ(item.RowText(30).find("x"), std::string::npos);
+
+    // Field width -1 is half the row minus one.
+    InputItem half("N", "12", -1);
+    EXPECT_EQ(half.RowText(20), "N      [ 12 ]");
+    EXPECT_EQ(half.CursorColumn(20), 20 - 9 - 2 + 2);
+}

@@ -1,0 +1,139 @@
+#include "ui/ItemList.h"
+
+#include <memory>
+
+#include "CursesFixture.h"
+#include "frame/Window.h"
+#include "ui/InputItem.h"
+#include "ui/Item.h"
+
+using namespace Tolm;
+
+namespace {
+
+struct Items {
+    std::vector<std::unique_ptr<Item>> owned;
+    std::vector<Item*> pointers;
+    Item* Add(std::unique_ptr<Item> item) {
+        pointers.push_back(item.get());
+        owned.push_back(std::move(item));
+        return pointers.back();
+    }
+};
+
+Items Labels(int count) {
+    Items items;
+    for (int i = 0; i < count; ++i) items.Add(std::make_unique<LabelItem>("item " + std::to_string(i)));
+    return items;
+}
+
+}  // namespace
+
+class ItemListTest : public CursesTest {
+protected:
+    Window parent{0, 0, 40, 12, Color::Yellow, Color::Black};
+};
+
+TEST_F(ItemListTest, ScrollsWithTheHighlightAndPlacesTheScrollThumb) {
+    ItemList list(&parent, 0, 0, 30, 10);
+    Items items = Labels(20);
+    list.SetItems(items.pointers);
+    EXPECT_EQ(list.SelectedIndex(), 0);
+    EXPECT_EQ(list.ScrollThumbLine(), 0);
+
+    for (int i = 0; i < 14; ++i) list.Down();
+    EXPECT_EQ(list.SelectedIndex(), 14);
+    EXPECT_EQ(list.SelectedOrdinal(), 14);
+    EXPECT_EQ(list.FirstShown(), 5);
+    EXPECT_EQ(list.HighlightedRow(), 9);
+    EXPECT_EQ(list.ScrollThumbLine(), 4);  // 9 * 50 / 100
+
+    WINDOW* win = list.CursesWindow();
+    for (int line = 0; line < 10; ++line)
+        EXPECT_EQ(Line(win, line).back(), line == 4 ? L'\u2588' : L'\u2593') << "line " << line;
+    EXPECT_EQ(Narrow(Line(win, 0)).substr(0, 8), " item 5 ");
+    EXPECT_EQ(Narrow(Line(win, 9)).substr(0, 9), " item 14 ");
+    // The highlighted row is white on black, the others keep the item colours.
+    EXPECT_EQ(PairAt(win, 9, 3), ColorPair(Color::Black, Color::White));
+    EXPECT_EQ(PairAt(win, 8, 3), ColorPair(Color::Yellow, Color::Black));
+
+    // Up inside the shown rows does not scroll; past the top it does.
+    for (int i = 0; i < 9; ++i) list.Up();
+    EXPECT_EQ(list.FirstShown(), 5);
+    EXPECT_EQ(list.HighlightedRow(), 0);
+    list.Up();
+    EXPECT_EQ(list.FirstShown(), 4);
+    EXPECT_EQ(list.SelectedIndex(), 4);
+
+    for (int i = 0; i < 30; ++i) list.Down();
+    EXPECT_EQ(list.SelectedIndex(), 19);
+    EXPECT_EQ(list.ScrollThumbLine(), 9);
+}
+
+TEST_F(ItemListTest, HighlightSkipsDisabledAndUnselectableItemsButCountsOrdinals) {
+    ItemList list(&parent, 0, 0, 30, 4);
+    Items items;
+    items.Add(std::make_unique<LabelItem>("heading", false));
+    items.Add(std::make_unique<LabelItem>("A"));
+    items.Add(std::make_unique<LabelItem>("B"))->SetEnabled(false);
+    items.Add(std::make_unique<LabelItem>("C"));
+    items.Add(std::make_unique<LabelItem>("---", false));
+    items.Add(std::make_unique<LabelItem>("D"));
+    list.SetItems(items.pointers);
+    EXPECT_EQ(list.SelectedIndex(), 1);
+    EXPECT_EQ(list.SelectedOrdinal(), 0);
+    EXPECT_EQ(items.pointers[2]->foreground, Color::DarkGrey);
+
+    list.Down();
+    EXPECT_EQ(list.SelectedIndex(), 3);
+    EXPECT_EQ(list.SelectedOrdinal(), 2);
+    list.Down();
+    EXPECT_EQ(list.SelectedIndex(), 5);
+    EXPECT_EQ(list.SelectedOrdinal(), 3);
+    EXPECT_EQ(list.FirstShown(), 2);
+    list.Down();
+    EXPECT_EQ(list.SelectedIndex(), 5);
+    list.Up();
+    list.Up();
+    EXPECT_EQ(list.SelectedIndex(), 1);
+    EXPECT_EQ(list.FirstShown(), 1);
+    list.Up();
+    EXPECT_EQ(list.SelectedIndex(), 1);
+
+    list.SelectByOrdinal(1);
+    EXPECT_EQ(list.Selected(), items.pointers[2]);
+    list.SelectByOrdinal(9);
+    EXPECT_EQ(list.Selected(), items.pointers[2]);
+}
+
+TEST_F(ItemListTest, ListWithoutUsableItemsNeverMoves) {
+    ItemList list(&parent, 0, 0, 30, 4);
+    Items items;
+    items.Add(std::make_unique<LabelItem>("heading", false));
+    items.Add(std::make_unique<LabelItem>("off"))->SetEnabled(false);
+    list.SetItems(items.pointers);
+    EXPECT_EQ(list.Selected(), nullptr);
+    list.Down();
+    list.Up();
+    EXPECT_EQ(list.Selected(), nullptr);
+    list.Redraw();
+    EXPECT_EQ(list.ScrollThumbLine(), -1);
+}
+
+TEST_F(ItemListTest, FocusedInputFieldIsRenderedLastAndOwnsTheCursor) {
+    ItemList list(&parent, 2, 1, 30, 3);
+    InputItem name("Name:", "abc", 10);
+    CheckItem check("Check", true, 2);
+    list.SetItems({&check, &name});
+    list.Down();
+    EXPECT_TRUE(name.focused);
+    EXPECT_TRUE(Window::_cursor);
+    // Text area 28 wide: the field starts at column 28 - 10 - 2 = 16 of the
+    // text area, which sits one column into the row; cursor after "abc".
+    EXPECT_EQ(Window::_xCursor, 2 + 1 + 16 + 3);
+    EXPECT_EQ(Window::_yCursor, 1 + 1);
+    EXPECT_EQ(Narrow(Line(list.CursesWindow(), 0)).substr(0, 12), "   [X] Check");
+    list.Up();
+    EXPECT_FALSE(Window::_cursor);
+    EXPECT_TRUE(name.IsFresh());
+}
