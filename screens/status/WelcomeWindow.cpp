@@ -1,0 +1,205 @@
+#include "screens/status/WelcomeWindow.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <string>
+
+#include "frame/Colors.h"
+#include "frame/Display.h"
+#include "frame/Keys.h"
+#include "host/HostCtlException.h"
+#include "host/HostPaths.h"
+#include "host/Log.h"
+#include "host/TarnCtlSystem.h"
+#include "screens/access/LoginDialog.h"
+#include "screens/access/LoginDisabledDialog.h"
+#include "screens/access/Pam.h"
+#include "screens/status/WelcomeContent.h"
+#include "screens/system/GeneralWindow.h"
+#include "screens/system/ShutdownDialog.h"
+#include "ui/TextArea.h"
+#include "ui/catalogue/StringFactory.h"
+
+namespace Tolm {
+
+namespace {
+
+// Present while the administrator allows logging in on the console.
+constexpr const char* LOGIN_FLAG_FILE = "/var/run/pellor/show-tolm-login";
+
+constexpr unsigned ID_FOOTER_LOGIN = 0;
+constexpr unsigned ID_FOOTER_SHUTDOWN = 1;
+
+// The text areas start two columns in and leave two at the right.
+constexpr int MARGIN = 2;
+
+bool LoginEnabled()
+{
+    return access(HostPath::Resolve(LOGIN_FLAG_FILE).c_str(), F_OK) == 0;
+}
+
+std::string Join(const std::vector<std::string>& lines, int width)
+{
+    std::string text;
+    for (const std::string& line : lines) {
+        if (!text.empty()) text += "\n";
+        text += FitLine(line, width);
+    }
+    return text;
+}
+
+}  // namespace
+
+WelcomeWindow::WelcomeWindow(Frame* parent)
+    : Frame(parent, 0, 0, std::max(1, Display::Columns()), std::max(1, Display::Lines()), Color::Yellow,
+            Color::Black)
+{
+    const int width = Width();
+    const int upperHeight = std::max(1, Height() / 2);
+    const int lowerHeight = std::max(1, Height() - upperHeight);
+    const int textWidth = std::max(1, width - 2 * MARGIN);
+
+    _upper = CreateChild(0, 0, width, upperHeight, Color::DarkGrey, Color::White);
+    _lower = CreateChild(0, upperHeight, width, lowerHeight, Color::Yellow, Color::Black);
+    // Host description: five lines (with a gap) centred in the upper half.
+    const int descriptionTop = std::max(0, (upperHeight - 5) / 2);
+    _description = _upper->AddChild<TextArea>(MARGIN, descriptionTop, textWidth,
+                                               std::max(1, upperHeight - descriptionTop), Color::LightGrey);
+    // Addresses and warnings, with a free line above and the footer below.
+    _addresses = _lower->AddChild<TextArea>(MARGIN, std::min(1, lowerHeight - 1), textWidth,
+                                            std::max(1, lowerHeight - 3), Color::Black);
+    _footer = _lower->AddChild<TextArea>(MARGIN, lowerHeight - 1, textWidth, 1, Color::Black);
+}
+
+void WelcomeWindow::Compose()
+{
+    const WelcomeContent content = ComposeWelcome(_factory);
+    const int width = _description->Width();
+
+    std::string description;
+    for (size_t i = 0; i < content.description.size(); ++i) {
+        const std::string line = FitLine(content.description[i], width);
+        // The product line stands out; processor and memory sit apart.
+        if (i == 0) description += "{color:white}" + line + "{/color}";
+        else description += (i == 2 ? "\n\n" : "\n") + line;
+    }
+    _description->SetText(description);
+
+    // Without an adapter there is nothing to manage the host through; the
+    // warning takes the place of the addresses.
+    std::string lower = content.noAdapter ? std::string() : Join(content.addresses, width);
+    // One free line between the addresses and the warnings.
+    const bool hadAddresses = !lower.empty();
+    for (size_t i = 0; i < content.warnings.size(); ++i)
+        lower += (i == 0 ? (hadAddresses ? "\n\n" : "") : "\n") + content.warnings[i];
+    _addresses->SetText(lower);
+
+    if (content.noAdapter && !_alertRaised) {
+        try {
+            TarnCtl::System::SystemInfoImpl().SetSystemAlert(NO_ADAPTER_ALERT);
+            _alertRaised = true;
+        } catch (const HostCtl::Lib::HostCtlException& e) {
+            Log::Write(LOG_ERR, "Setting system alert failed: %s", e.what());
+        }
+    } else if (!content.noAdapter) {
+        _alertRaised = false;
+    }
+
+    const auto text = [this](unsigned id) { return std::string(_factory ? _factory->GetString(id) : ""); };
+    _footer->SetText("<F2> {color:dark-grey}" + text(ID_FOOTER_LOGIN) + "{/color}" +
+                     "{align:right}<F12> {color:dark-grey}" + text(ID_FOOTER_SHUTDOWN) + "{/color}{/align}");
+}
+
+void WelcomeWindow::Draw(bool active)
+{
+    Compose();
+    Frame::Draw(active);
+}
+
+void WelcomeWindow::Refresh() { Draw(true); }
+
+int WelcomeWindow::Execute()
+{
+    for (;;) {
+        try {
+            HandleKey(Frame::GetKey(this, false));
+        } catch (const TolmTimeout&) {
+            EndTimedOutSession();
+        }
+        Frame::SetLoggedIn(false);
+        // A restart was asked for while someone was logged in.
+        if (Frame::_markForRestart) std::exit(0);
+    }
+}
+
+void WelcomeWindow::HandleKey(int key)
+{
+    switch (key) {
+    case Key::F2:
+    case Key::F12:
+        OpenLogin(key);
+        return;
+    case Key::F4:
+        if (Display::CanChangeColors()) {
+            Display::SetBlackAndWhite(!Display::BlackAndWhite());
+            Draw(true);
+            return;
+        }
+        break;
+    default:
+        break;
+    }
+    // Any other key repaints the whole terminal, clearing whatever else
+    // wrote to it.
+    Display::ForceFullRepaint();
+    Draw(true);
+}
+
+void WelcomeWindow::OpenLogin(int key)
+{
+    if (!LoginEnabled()) {
+        LoginDisabledDialog denied(this);
+        Frame::Run(&denied);
+        return;
+    }
+
+    bool authenticated = false;
+    {
+        LoginDialog login(this);
+        authenticated = Frame::Run(&login) == 1;
+    }
+    if (!authenticated) return;
+
+    if (key == Key::F2) {
+        const std::string user = Frame::_loginName;
+        Frame::SetLoggedIn(true);
+        // An empty password that PAM refuses means the user has set one.
+        const bool passwordSet = Authenticate(user, "") != 0;
+        {
+            GeneralWindow menu(this, passwordSet);
+            Frame::Run(&menu);
+        }
+        Frame::SetLoggedIn(false);
+        Log::Write(LOG_INFO, "User %s logged out.", user.c_str());
+    } else {
+        ShutdownDialog shutdown(this);
+        Frame::Run(&shutdown);
+    }
+    Draw(true);
+}
+
+void WelcomeWindow::EndTimedOutSession()
+{
+    if (Frame::_loggedIn) {
+        Frame::SetLoggedIn(false);
+        Log::Write(LOG_INFO, "User %s logged out.", Frame::_loginName.c_str());
+    }
+    // The windows that timed out are gone; this screen is in front again.
+    Frame::fgFrame = this;
+    Display::ForceFullRepaint();
+    Draw(true);
+}
+
+}  // namespace Tolm
