@@ -1,6 +1,8 @@
 #include "exec/Events.h"
 
 #include "TestRoot.h"
+#include "host/Backend.h"
+#include "host/sim/StateFile.h"
 
 #include <gmock/gmock.h>
 
@@ -32,7 +34,25 @@ protected:
     void SetUp() override
     {
         TempRootTest::SetUp();
+        // The simulator only fills an empty directory.
+        std::filesystem::remove_all(Root() + "/bin");
+        std::filesystem::remove_all(Root() + "/var");
         ASSERT_EQ(HostSim("init " + Root()), 0);
+        Host::UseSimulatedState(HostSim::StateFile::DefaultPath());
+        _logLinesBefore = LogLines().size();
+    }
+
+    // Log lines written since the root was made (its boot lines excluded).
+    std::vector<std::string> NewLogLines() const
+    {
+        auto lines = LogLines();
+        return {lines.begin() + static_cast<std::ptrdiff_t>(_logLinesBefore), lines.end()};
+    }
+
+    void TearDown() override
+    {
+        Host::SetBackend(nullptr);
+        TempRootTest::TearDown();
     }
 
     int HostSim(const std::string& arguments) const
@@ -47,6 +67,9 @@ protected:
                           (available ? "true" : "false")),
                   0);
     }
+
+private:
+    size_t _logLinesBefore = 0;
 };
 
 TEST_F(RaiseEventTest, RecordWithArgumentsReachesFacility)
@@ -59,7 +82,7 @@ TEST_F(RaiseEventTest, RecordWithArgumentsReachesFacility)
     EXPECT_THAT(added, HasSubstr("evt.user.tolm.network.restart"));
     EXPECT_THAT(added, HasSubstr("Restarting vmk0"));
     EXPECT_THAT(added, HasSubstr("Rebooting host"));
-    EXPECT_THAT(LogLines(), ElementsAre("user.info: Initializing evtuser library",
+    EXPECT_THAT(NewLogLines(), ElementsAre("user.info: Initializing evtuser library",
                                         "user.info: Initializing evtuser library"));
 }
 
@@ -69,7 +92,7 @@ TEST_F(RaiseEventTest, UnavailableFacilityDropsEventAndCallerGoesOn)
     std::string before = ReadFile("/var/log/evtd.log");
     EXPECT_FALSE(RaiseEvent(Events::ShutdownHost));
     EXPECT_EQ(ReadFile("/var/log/evtd.log"), before);
-    auto lines = LogLines();
+    auto lines = NewLogLines();
     ASSERT_EQ(lines.size(), 2u);
     EXPECT_EQ(lines[0], "user.info: Initializing evtuser library");
     EXPECT_EQ(lines[1].rfind("user.err: Unable to initialize evtuser library from Tolm. Error code: ", 0),
