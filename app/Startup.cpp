@@ -27,9 +27,11 @@ namespace {
 
 constexpr const char* kPidFile = "/var/run/tolm.pid";
 
+// Every exit path leaves curses mode; a second endwin would write its
+// cursor sequences after the palette reset of the orderly exit.
 void EndCursesAtExit()
 {
-    endwin();
+    if (stdscr && !isendwin()) endwin();
 }
 
 // A simulated host brings its own poweroff, reboot and friends.
