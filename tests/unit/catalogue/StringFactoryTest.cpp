@@ -13,17 +13,18 @@ using Tolm::StringFactory;
 
 namespace {
 
+// The texts are checked on a catalogue of their own, so only the lookup test
+// touches the process-wide instance, whatever order the tests run in.
 StringFactory& English()
 {
-    StringFactory* f = StringFactory::GetFactory("en_US");
-    EXPECT_NE(f, nullptr);
-    return *f;
+    static Tolm::en_US_Factory english;
+    return english;
 }
 
 }  // namespace
 
-// Kept first in the file: the lookup rules depend on the process-wide
-// instance not being set yet.
+// The only test that sets the process-wide instance (it can be set once per
+// process, so this test cannot be repeated within one run).
 TEST(StringFactoryLookup, OnlyEnglishCreatesThenAnyLocaleGetsIt)
 {
     EXPECT_EQ(StringFactory::GetFactory("de_DE"), nullptr);
