@@ -1,0 +1,93 @@
+#include "screens/access/LockdownDialog.h"
+
+#include <syslog.h>
+
+#include <memory>
+#include <vector>
+
+#include "exec/Constants.h"
+#include "exec/OrlaCmd.h"
+#include "exec/RunCommand.h"
+#include "frame/Keys.h"
+#include "host/Log.h"
+#include "ui/Item.h"
+
+namespace Tolm {
+
+namespace {
+
+constexpr int WIDTH = 70;
+constexpr int HEIGHT = 11;
+constexpr int TITLE_HEIGHT = 6;
+
+constexpr const char* TITLE = "Configure Lockdown Mode";
+constexpr const char* TEXT = "When enabled, lockdown mode prevents users from logging directly into this host.";
+constexpr const char* FOOTER =
+    "{color:black}<Space>{/color} {color:dark-grey}Toggle Selected{/color}"
+    "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  "
+    "{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
+constexpr const char* CHECK_LABEL = "Enable lockdown mode";
+
+constexpr const char* ORLA_CMD = "/bin/orla-cmd";
+constexpr const char* IS_ENABLED = "orlasvc/auth/lockdown_is_enabled";
+constexpr const char* ENTER = "orlasvc/auth/lockdown_mode_enter";
+constexpr const char* EXIT = "orlasvc/auth/lockdown_mode_exit";
+
+// The request's output and error each keep at most 255 characters.
+constexpr unsigned BUFFER_SIZE = 256;
+
+}  // namespace
+
+LockdownDialog::LockdownDialog(Frame* parent)
+    : Dialog(parent, WIDTH, HEIGHT, TITLE_HEIGHT), _enabled(OrlaCmdGetBool(IS_ENABLED)), _fields(*this)
+{
+    auto check = std::make_unique<CheckItem>(CHECK_LABEL, _enabled);
+    _check = check.get();
+    std::vector<std::unique_ptr<Item>> items;
+    items.push_back(std::move(check));
+    _fields.SetItems(std::move(items));
+}
+
+void LockdownDialog::Request(bool enable)
+{
+    char out[BUFFER_SIZE] = {};
+    char err[BUFFER_SIZE] = {};
+    unsigned outLength = BUFFER_SIZE - 1;
+    unsigned errLength = BUFFER_SIZE - 1;
+    const char* const argv[] = {"orla-cmd", "-U", TOLM_USER, enable ? ENTER : EXIT, nullptr};
+    const int result = RunCommand(ORLA_CMD, argv, out, &outLength, err, &errLength, nullptr, 0, 0);
+    // A read error leaves the length at all bits set; keep the text empty then.
+    err[errLength < BUFFER_SIZE ? errLength : 0] = '\0';
+    if (result != 0)
+        Log::Write(LOG_ERR, enable ? "Enabling lockdown mode failed with error: %s"
+                                   : "Disabling lockdown mode failed with error: %s",
+                   err);
+    else
+        Log::Write(LOG_INFO, enable ? "Lockdown mode enabled" : "Lockdown mode disabled");
+}
+
+int LockdownDialog::Execute()
+{
+    SetTitle(TITLE);
+    SetText(TEXT);
+    SetFooter(FOOTER);
+    _fields.Redraw();
+    for (;;) {
+        const int key = Frame::GetKey(this, true);
+        if (key == ' ') {
+            _check->SetChecked(!_check->IsChecked());
+            _fields.Redraw();
+        } else if (key == Key::Down || key == Key::Up) {
+            // One row: the highlight has nowhere to go, but the keys are the list's.
+            _fields.Focus(_fields.Focused() + (key == Key::Down ? 1 : -1));
+        } else if (key == Key::Escape) {
+            return 0;
+        } else if (key == Key::Enter) {
+            const bool wanted = _check->IsChecked();
+            if (wanted != _enabled) Request(wanted);
+            return 1;
+        }
+    }
+}
+
+}  // namespace Tolm
