@@ -1,0 +1,74 @@
+#include "ui/Dialog.h"
+
+#include "CursesFixture.h"
+#include "ui/MessageDialog.h"
+#include "ui/TextArea.h"
+
+using namespace Tolm;
+
+namespace {
+class TestDialog : public Dialog {
+public:
+    using Dialog::Dialog;
+    int Execute() override { return 1; }
+};
+}  // namespace
+
+class DialogTest : public CursesTest {};
+
+TEST_F(DialogTest, GeometryFollowsTheTerminalAndTheTitleBand) {
+    TestDialog dialog(nullptr, 60, 13, 5);
+    EXPECT_EQ(dialog.X(), 10);
+    EXPECT_EQ(dialog.Y(), 6);
+    ASSERT_NE(dialog.Content(), nullptr);
+    EXPECT_EQ(dialog.Content()->X(), 12);
+    EXPECT_EQ(dialog.Content()->Y(), 12);
+    EXPECT_EQ(dialog.Content()->Height(), 4);
+    EXPECT_EQ(dialog.FooterArea()->Y(), 6 + 5 + 6);
+    EXPECT_EQ(dialog.TextPart()->Height(), 1);
+
+    MessageDialog message(nullptr, 0u, std::string("text"));
+    EXPECT_EQ(message.Content(), nullptr);
+    EXPECT_EQ(message.X(), 5);
+    EXPECT_EQ(message.Y(), 7);
+}
+
+TEST_F(DialogTest, OversizedDialogGetsANegativeOriginAndDrawsNothing) {
+    TestDialog dialog(nullptr, 100, 40, 7);
+    EXPECT_EQ(dialog.X(), -10);
+    EXPECT_EQ(dialog.Y(), -7);
+    EXPECT_EQ(dialog.CursesWindow(), nullptr);
+    dialog.SetTitle("{color:red}title{/color}");
+    dialog.SetFooter(FOOTER_ENTER_OK);
+    dialog.Draw(true);
+    dialog.Draw(false);
+}
+
+TEST_F(DialogTest, DimmedTextIgnoresColourTags) {
+    TestDialog dialog(nullptr, 40, 10, 6);
+    dialog.SetTitle("{color:red}Red{/color} plain");
+    WINDOW* title = dialog.TitleArea()->CursesWindow();
+    ASSERT_NE(title, nullptr);
+    EXPECT_EQ(Narrow(Line(title, 0)).substr(0, 9), "Red plain");
+    EXPECT_EQ(PairAt(title, 0, 0), ColorPair(Color::DarkGrey, Color::Red));
+    EXPECT_EQ(PairAt(title, 0, 4), ColorPair(Color::DarkGrey, Color::White));
+
+    dialog.Draw(false);
+    EXPECT_EQ(PairAt(title, 0, 0), ColorPair(Color::Black, Color::DarkGrey));
+    EXPECT_EQ(PairAt(title, 0, 4), ColorPair(Color::Black, Color::DarkGrey));
+    dialog.Draw(true);
+    EXPECT_EQ(PairAt(title, 0, 0), ColorPair(Color::DarkGrey, Color::Red));
+}
+
+TEST_F(DialogTest, TextAreaKeepsInsideItsRectangle) {
+    Window parent(0, 0, 20, 5, Color::Yellow, Color::Black);
+    TextArea area(&parent, 2, 1, 6, 2);
+    area.SetText("one two three four five six seven{align:right}x{/align}");
+    EXPECT_EQ(Narrow(Line(parent.CursesWindow(), 1)), "  one   " + std::string(12, ' '));
+    EXPECT_EQ(Narrow(Line(parent.CursesWindow(), 2)), "  two   " + std::string(12, ' '));
+    EXPECT_EQ(Narrow(Line(parent.CursesWindow(), 3)), std::string(20, ' '));
+    area.SetPlaceholder("memory", [] { return std::string("16 GiB"); });
+    area.SetText("{memory}!");
+    EXPECT_EQ(Narrow(Line(area.CursesWindow(), 0)), "16 GiB");
+    EXPECT_EQ(Narrow(Line(area.CursesWindow(), 1)), "!     ");
+}
