@@ -1,15 +1,65 @@
 #pragma once
 // The System Customization menu.
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/TarnNic.h"
 #include "ui/RootWindow.h"
 
 namespace Tolm {
+
+class LabelItem;
+struct GeneralMenuEntry;
 
 class GeneralWindow : public RootWindow {
 public:
     // passwordSet: the logged-in user's password is not empty.
     GeneralWindow(Frame* parent, bool passwordSet);
+    ~GeneralWindow() override;
     // Returns when the user logs out (Esc).
     int Execute() override;
+    // Re-reads which entries are available and redraws the panes.
+    void Refresh() override;
+    // Writes the footer of the selected entry.
+    virtual void WriteFooter();
+
+    // The management interface found when the menu was built (null when
+    // there is none or the look-up failed).
+    static std::unique_ptr<HostCtl::Network::TarnNic> _mgmtIntf;
+
+    // For the entries' actions.
+    const std::vector<std::string>& SupportPages() const { return _supportPages; }
+
+private:
+    // Asks the host which entries can be used now.
+    void ReadHost();
+    void LookUpManagementInterface();
+    // Enabled flags onto the rows; a highlight on a row that went disabled
+    // moves on.
+    void ApplyEnabled();
+    // Right title, help pane and footer for the highlighted entry.
+    void ShowSelection();
+    std::string HelpText(const GeneralMenuEntry& entry);
+    std::string ManagementAddresses();
+    std::string LogList();
+    // Null on a spacer or when nothing is highlighted.
+    const GeneralMenuEntry* Selected() const;
+    bool IsEnabled(const GeneralMenuEntry& entry) const;
+    void Open(const GeneralMenuEntry& entry);
+    void TurnSupportPage(int delta);
+    std::string Text(unsigned id) const;
+
+    std::vector<std::string> _supportPages;
+    size_t _supportPage = 0;
+    std::vector<std::unique_ptr<LabelItem>> _items;
+    bool _passwordSet;
+
+    // What the host allows, read at construction and on each refresh.
+    bool _lockdownAvailable = false;
+    bool _managementUsable = false;
+    bool _driverVmSupported = false;
+    bool _pxeBoot = false;
 };
 
 }  // namespace Tolm

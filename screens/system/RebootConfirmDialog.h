@@ -1,13 +1,12 @@
 #pragma once
 // Powers the VMs off and restarts the host; returns only if the command cannot start.
-#include "ui/Dialog.h"
+#include "screens/system/PowerConfirmDialog.h"
 
 namespace Tolm {
 
-class RebootConfirmDialog : public Dialog {
+class RebootConfirmDialog : public PowerConfirmDialog {
 public:
     RebootConfirmDialog(Frame* parent, bool force);
-    int Execute() override;
 };
 
 }  // namespace Tolm

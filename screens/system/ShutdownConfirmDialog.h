@@ -1,13 +1,12 @@
 #pragma once
 // Powers the VMs off and shuts the host down; returns only if the command cannot start.
-#include "ui/Dialog.h"
+#include "screens/system/PowerConfirmDialog.h"
 
 namespace Tolm {
 
-class ShutdownConfirmDialog : public Dialog {
+class ShutdownConfirmDialog : public PowerConfirmDialog {
 public:
     ShutdownConfirmDialog(Frame* parent, bool force);
-    int Execute() override;
 };
 
 }  // namespace Tolm

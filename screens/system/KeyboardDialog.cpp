@@ -1,0 +1,120 @@
+#include "screens/system/KeyboardDialog.h"
+
+#include "frame/Keys.h"
+#include "host/HostCtlException.h"
+#include "host/Log.h"
+#include "screens/system/Texts.h"
+#include "ui/Item.h"
+#include "ui/ItemList.h"
+#include "ui/MessageDialog.h"
+
+namespace Tolm {
+
+namespace {
+
+constexpr int WIDTH = 76;
+constexpr int HEIGHT = 18;
+constexpr int TITLE_HEIGHT = 6;
+
+constexpr unsigned ID_TITLE = 16;  // "Configure Keyboard"
+constexpr unsigned ID_TEXT = 255;
+
+constexpr const char* FOOTER =
+    "{color:black}<Up/Down>{/color} {color:dark-grey}Select{/color}  {color:black}<Space>{/color} "
+    "{color:dark-grey}Toggle Selected{/color}{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  "
+    "{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
+
+// Host texts shown as they are: no markup tag may open inside them.
+std::string Unmarked(std::string text)
+{
+    std::erase_if(text, [](char c) { return c == '{' || c == '}'; });
+    return text;
+}
+
+}  // namespace
+
+KeyboardDialog::KeyboardDialog(Frame* parent) : Dialog(parent, WIDTH, HEIGHT, TITLE_HEIGHT)
+{
+    // Without the layouts the dialog still opens, with an empty list.
+    std::string current;
+    try {
+        current = _systemInfo.GetKeyboardLayout();
+        _layouts = _systemInfo.GetKeyboardLayouts();
+    } catch (const HostCtl::Lib::HostCtlException& e) {
+        Log::Write(LOG_ERR, "Getting keyboard layouts failed: %s", e.what());
+    }
+    std::vector<Item*> items;
+    for (size_t i = 0; i < _layouts.size(); ++i) {
+        const bool marked = _marked < 0 && _layouts[i] == current;
+        if (marked) _marked = static_cast<int>(i);
+        _rows.push_back(std::make_unique<RadioItem>(_layouts[i], marked));
+        items.push_back(_rows.back().get());
+    }
+    if (Window* content = Content()) {
+        _items = content->AddChild<ItemList>(0, 0, content->Width(), content->Height());
+        _items->SetItems(items);
+        // Open on the layout in use.
+        if (_marked >= 0) _items->SelectByOrdinal(_marked);
+    }
+}
+
+KeyboardDialog::~KeyboardDialog() = default;
+
+void KeyboardDialog::MarkSelected()
+{
+    if (!_items || _items->SelectedIndex() < 0) return;
+    if (_marked >= 0) _rows[_marked]->SetSelected(false);
+    _marked = _items->SelectedIndex();
+    _rows[_marked]->SetSelected(true);
+    _items->Redraw();
+}
+
+bool KeyboardDialog::Apply()
+{
+    const std::string& name = _layouts[_marked];
+    try {
+        _systemInfo.SetKeyboardLayout(name);
+        _systemInfo.LoadKeyboardMappings(name);
+    } catch (const HostCtl::Lib::HostCtlException& e) {
+        Log::Write(LOG_ERR, "Setting keyboard layout failed: %s", e.what());
+        MessageDialog failed(this, ID_TITLE,
+                             Unmarked("Changing the keyboard layout to " + name + " failed: " + e.what()));
+        Frame::Run(&failed);
+        return false;
+    }
+    Log::Write(LOG_INFO, "Keyboard Layout changed to %s", name.c_str());
+    return true;
+}
+
+int KeyboardDialog::Execute()
+{
+    SetTitle(CatalogueText(_factory, ID_TITLE));
+    SetText(CatalogueText(_factory, ID_TEXT));
+    SetFooter(FOOTER);
+    if (_items) _items->Redraw();
+    for (;;) {
+        switch (Frame::GetKey(this, true)) {
+        case ' ':
+            MarkSelected();
+            break;
+        case Key::Down:
+            if (_items) _items->Down();
+            break;
+        case Key::Up:
+            if (_items) _items->Up();
+            break;
+        case Key::Escape:
+            return 0;
+        case Key::Enter:
+            // Nothing marked (the current layout is not offered): there is
+            // nothing to apply, and Enter waits for a choice.
+            if (_marked < 0) break;
+            if (Apply()) return 1;
+            break;
+        default:
+            break;
+        }
+    }
+}
+
+}  // namespace Tolm

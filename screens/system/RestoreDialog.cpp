@@ -1,0 +1,90 @@
+#include "screens/system/RestoreDialog.h"
+
+#include "exec/Exec.h"
+#include "exec/ShellCommand.h"
+#include "frame/Keys.h"
+#include "host/Log.h"
+#include "screens/system/HostDown.h"
+#include "screens/system/Texts.h"
+#include "ui/Item.h"
+#include "ui/ItemList.h"
+
+namespace Tolm {
+
+namespace {
+
+constexpr int WIDTH = 60;
+constexpr int HEIGHT = 12;
+constexpr int TITLE_HEIGHT = 7;
+
+constexpr unsigned ID_CONFIRM_TITLE = 177;
+constexpr unsigned ID_CONFIRM_TEXT = 178;
+constexpr unsigned ID_QUESTION = 179;
+constexpr unsigned ID_BUSY_TITLE = 180;
+constexpr unsigned ID_BUSY_TEXT = 181;
+constexpr unsigned ID_DONE_TEXT = 182;
+
+constexpr const char* FOOTER_CONFIRM =
+    "{align:right}{color:black}<F11>{/color} {color:dark-grey}OK{/color}  {color:black}<Esc>{/color} "
+    "{color:dark-grey}Cancel{/color}{/align}";
+constexpr const char* FOOTER_RESTART =
+    "{align:right}{color:black}<Enter>{/color} {color:dark-grey}Restart Host{/color}{/align}";
+
+constexpr const char* RESET_COMMAND = "/sbin/firmwareConfig.sh";
+constexpr const char* RESET_ARGS = "--reset-only > /dev/null 2>&1";
+
+}  // namespace
+
+RestoreDialog::RestoreDialog(Frame* parent)
+    : Dialog(parent, WIDTH, HEIGHT, TITLE_HEIGHT), _label(std::make_unique<LabelItem>("", false))
+{
+    if (Window* content = Content()) {
+        _items = content->AddChild<ItemList>(0, 0, content->Width(), content->Height());
+        _items->SetItems({_label.get()});
+    }
+}
+
+RestoreDialog::~RestoreDialog() = default;
+
+void RestoreDialog::ShowLabel(std::string text)
+{
+    _label->SetLabel(std::move(text));
+    if (_items) _items->Redraw();
+}
+
+void RestoreDialog::AwaitKey(int key)
+{
+    while (Frame::GetKey(this, true) != key) {
+    }
+}
+
+int RestoreDialog::Execute()
+{
+    SetTitle(CatalogueText(_factory, ID_CONFIRM_TITLE));
+    SetText(CatalogueText(_factory, ID_CONFIRM_TEXT));
+    ShowLabel(CatalogueText(_factory, ID_QUESTION));
+    SetFooter(FOOTER_CONFIRM);
+    for (;;) {
+        const int key = Frame::GetKey(this, true);
+        if (key == Key::Escape) return 0;
+        if (key == Key::F11) break;
+    }
+
+    Log::Write(LOG_INFO, "%s", "Restoring factory defaults");
+    RaiseEvent(Events::RestoreFactoryDefaults);
+
+    SetTitle(CatalogueText(_factory, ID_BUSY_TITLE));
+    SetText(CatalogueText(_factory, ID_BUSY_TEXT));
+    SetFooter("");
+    if (RunShellCommand(RESET_COMMAND, RESET_ARGS) == -1) return 0;
+
+    ShowLabel("");
+    SetFooter(FOOTER_RESTART);
+    SetText(CatalogueText(_factory, ID_DONE_TEXT));
+    AwaitKey(Key::Enter);
+
+    if (RunShellCommand("reboot", "-f") == -1) return 0;
+    AwaitHostDown(this);
+}
+
+}  // namespace Tolm

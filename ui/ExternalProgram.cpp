@@ -1,0 +1,27 @@
+#include "ui/ExternalProgram.h"
+
+#include <cstdio>
+
+#include "frame/Terminal.h"
+
+namespace Tolm {
+
+TerminalLoan::TerminalLoan()
+{
+    if (!stdscr) return;
+    def_prog_mode();
+    endwin();
+    std::fflush(stdout);
+}
+
+TerminalLoan::~TerminalLoan()
+{
+    if (!stdscr) return;
+    reset_prog_mode();
+    // The other program painted over everything: forget what curses
+    // believes is on the screen.
+    clearok(curscr, TRUE);
+    refresh();
+}
+
+}  // namespace Tolm
