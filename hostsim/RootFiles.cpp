@@ -195,12 +195,17 @@ void WritePamSetup(const std::string& root, const nlohmann::json& state)
     std::string module = PamMatrixModule();
     std::string passdb = InRoot(root, PASSDB_FILE);
     std::string args = module + " passdb=" + passdb + "\n";
+    // pam_matrix's own password step asks for the old password again, which
+    // a host's password step does not; the simulated host brings its own.
+    std::string passwordModule = std::string(TOLM_PAM_MODULE_DIR) + "/pam_tolmsim.so";
+    if (!fs::exists(passwordModule))
+        std::cerr << "tolm-hostsim: warning: " << passwordModule << " not built; password changes will fail\n";
     WriteFile(InRoot(root, "etc/pam.d/tolm"),
               "# Simulated host: pam_wrapper's pam_matrix checks the root's password file\n"
-              "# (user:password:service per line).\n"
+              "# (user:password:service per line); pam_tolmsim changes passwords in it.\n"
               "auth     required " + args +
               "account  required " + args +
-              "password required " + args);
+              "password required " + passwordModule + " passdb=" + passdb + "\n");
     // pam_matrix refuses the account step for a user whose line names another
     // service, which is how the console meets a valid but unauthorised user.
     WriteFile(passdb, std::string(DEMO_USER) + ":" + DEMO_PASSWORD + ":tolm\n" + DENIED_USER + ":" +
