@@ -255,6 +255,9 @@ void GeneralWindow::ShowSelection()
     if (entry && entry->id == ID_SUPPORT && _supportPages.size() > 1)
         title += " (" + std::to_string(_supportPage + 1) + "/" + std::to_string(_supportPages.size()) + ")";
     _rightTitle->SetText(title);
+    // The list's last row shares its line with the left footer; a redraw of
+    // the list wipes it.
+    _leftFooter->SetText(FOOTER_LEFT);
     _rightContent->SetText(entry ? HelpText(*entry) : "");
     WriteFooter();
 }
