@@ -107,7 +107,8 @@ bool AddAddresses(WelcomeContent& content, StringFactory* factory)
 
     Query("Getting IPv6 configuration failed:", [&] {
         if (!network.IsTarnIpv6Enabled()) return;
-        for (const Ipv6Network& net : nic->GetIpv6Config().GetIpv6Network()) {
+        const IpConfig config = nic->GetIpv6Config();
+        for (const Ipv6Network& net : config.GetIpv6Network()) {
             content.addresses.push_back("http://[" + net.GetAddress().GetStringAddress() + "]/ (" +
                                         Text(factory, Ipv6Origin(net.GetIpv6AddressType())) + ")");
         }

@@ -98,7 +98,12 @@ void WelcomeWindow::Compose()
 
     if (content.noAdapter && !_alertRaised) {
         try {
-            TarnCtl::System::SystemInfoImpl().SetSystemAlert(NO_ADAPTER_ALERT);
+            // The host keeps its alerts; one raised before (by an earlier
+            // run of the console) is not raised again.
+            TarnCtl::System::SystemInfoImpl system;
+            const auto alerts = system.GetSystemAlerts();
+            if (std::find(alerts.begin(), alerts.end(), NO_ADAPTER_ALERT) == alerts.end())
+                system.SetSystemAlert(NO_ADAPTER_ALERT);
             _alertRaised = true;
         } catch (const HostCtl::Lib::HostCtlException& e) {
             Log::Write(LOG_ERR, "Setting system alert failed: %s", e.what());
@@ -115,6 +120,12 @@ void WelcomeWindow::Compose()
 void WelcomeWindow::Draw(bool active)
 {
     Compose();
+    Frame::Draw(active);
+    // A changed background does not recolour blanks that already carry a
+    // colour pair (after dimming or a black-and-white switch): blank both
+    // halves in their new colours and draw the text again.
+    _upper->Erase();
+    _lower->Erase();
     Frame::Draw(active);
 }
 

@@ -1,0 +1,265 @@
+// What the status screen shows for different hosts, how it copes with a host
+// that fails to answer, and its colours.
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "StatusCommon.h"
+
+namespace Tolm::E2E {
+namespace {
+
+constexpr const char* NO_ADAPTER_ALERT = "No compatible network adapter found.";
+
+TEST(StatusScreen, TypicalHostShowsWhoAndWhereItIs)
+{
+    Console tolm("typical");
+    tolm.Start();
+    ASSERT_TRUE(StatusUp(tolm));
+
+    // Host description in the upper half, addresses in the lower half.
+    const int half = tolm.Rows() / 2;
+    for (const char* line : {"Tarn Hypervisor 8.0.2 (Tarn 8.0.2 Build 22380479)", "Dell Inc. PowerEdge R740",
+                             "2 x Intel(R) Xeon(R) Gold 6136 CPU @ 3.00GHz", "128 GiB Memory"}) {
+        SCOPED_TRACE(line);
+        const int row = RowOf(tolm, line);
+        EXPECT_GE(row, 0);
+        EXPECT_LT(row, half);
+        EXPECT_EQ(tolm.Row(row), std::string("  ") + line);
+    }
+    const int heading = RowOf(tolm, "Download tools to manage this host from:");
+    ASSERT_GE(heading, half);
+    EXPECT_EQ(tolm.Row(heading + 1), "  http://tarnhost01/");
+    EXPECT_EQ(tolm.Row(heading + 2), "  http://192.168.10.21/ (STATIC)");
+    EXPECT_EQ(tolm.Row(heading + 3), "  http://[fe80::20c:29ff:fe3a:5b10]/ (AUTOCONF)");
+    EXPECT_FALSE(tolm.HasText("Warning"));
+
+    // Footer: F2 on the left, F12 against the right margin.
+    const std::string footer = tolm.Row(-1);
+    EXPECT_EQ(footer.rfind("  <F2> Customize System/View Logs", 0), 0u) << footer;
+    EXPECT_EQ(footer.size(), 78u);
+    EXPECT_EQ(footer.substr(footer.size() - 23), "<F12> Shut Down/Restart");
+
+    EXPECT_TRUE(tolm.State("/system/alerts").empty());
+    EXPECT_TRUE(tolm.Running());
+}
+
+TEST(StatusScreen, AddressLinesFollowTheManagementInterface)
+{
+    {
+        SCOPED_TRACE("localhost, no IPv4 address, IPv6 of every origin");
+        Console tolm("typical");
+        tolm.SetValue("/network/dns/hostname", "localhost");
+        tolm.SetValue("/network/kernelNics/0/ipv4/address", "0.0.0.0");
+        tolm.Set("/network/kernelNics/0/ipv6/addresses",
+                 R"([{"address": "fd00:10::57", "prefixLength": 128, "type": "dhcp", "scope": "global"},
+                     {"address": "2001:db8::21", "prefixLength": 64, "type": "static", "scope": "global"},
+                     {"address": "fd00:10::20c:29ff:fe3a:5b10", "prefixLength": 64, "type": "autoconf", "scope": "global"},
+                     {"address": "fd00:99::1", "prefixLength": 64, "type": "other", "scope": "global"}])");
+        tolm.Start();
+        ASSERT_TRUE(StatusUp(tolm));
+        const int heading = RowOf(tolm, "Download tools");
+        ASSERT_GE(heading, 0);
+        EXPECT_EQ(tolm.Row(heading + 1), "  http://[fd00:10::57]/ (DHCP)");
+        EXPECT_EQ(tolm.Row(heading + 2), "  http://[2001:db8::21]/ (STATIC)");
+        EXPECT_EQ(tolm.Row(heading + 3), "  http://[fd00:10::20c:29ff:fe3a:5b10]/ (AUTOCONF)");
+        EXPECT_EQ(tolm.Row(heading + 4), "  http://[fd00:99::1]/ (STATIC)");
+        EXPECT_FALSE(tolm.HasText("localhost"));
+        EXPECT_FALSE(tolm.HasText("0.0.0.0"));
+    }
+    {
+        SCOPED_TRACE("DHCP lease, IPv6 off in the kernel");
+        Console tolm("typical");
+        tolm.Set("/network/kernelNics/0/ipv4",
+                 R"({"mode": "dhcp", "address": "192.168.10.57", "netmask": "255.255.255.0", "dhcpFailed": false})");
+        tolm.SetValue("/network/ipv6/enabled", false);
+        tolm.Start();
+        ASSERT_TRUE(StatusUp(tolm));
+        const int heading = RowOf(tolm, "Download tools");
+        EXPECT_EQ(tolm.Row(heading + 2), "  http://192.168.10.57/ (DHCP)");
+        EXPECT_FALSE(tolm.HasText("http://["));
+        EXPECT_FALSE(tolm.HasText("Warning: DHCP"));
+
+        // A host change shows after the refresh signal, without a key.
+        tolm.SetValue("/network/dns/hostname", "esx-renamed");
+        tolm.Signal(SIGUSR1);
+        EXPECT_TRUE(tolm.WaitForText("http://esx-renamed/"));
+    }
+}
+
+TEST(StatusScreen, WarningsForNoAdapterFailedDhcpAndAuditMode)
+{
+    {
+        SCOPED_TRACE("no adapter");
+        Console tolm("no-adapter");
+        tolm.Start();
+        ASSERT_TRUE(StatusUp(tolm));
+        EXPECT_TRUE(tolm.HasText("No compatible network adapter found. Please consult the product's"));
+        EXPECT_TRUE(tolm.HasText("Compatibility Guide (HCG) for a list of supported adapters."));
+        EXPECT_FALSE(tolm.HasText("Download tools"));
+        // The host already carried the alert from an earlier run.
+        tolm.Type("xy");
+        ASSERT_TRUE(tolm.WaitForQuiet());
+        EXPECT_EQ(tolm.State("/system/alerts"), nlohmann::json::array({NO_ADAPTER_ALERT}));
+    }
+    {
+        SCOPED_TRACE("adapters removed since the last boot");
+        Console tolm("typical");
+        tolm.Set("/network/pnics", "[]");
+        tolm.Start();
+        ASSERT_TRUE(StatusUp(tolm));
+        EXPECT_TRUE(tolm.HasText("No compatible network adapter found."));
+        // Raised once, however often the screen is drawn again.
+        tolm.Type("xy");
+        tolm.Signal(SIGUSR1);
+        ASSERT_TRUE(tolm.WaitForQuiet());
+        EXPECT_EQ(tolm.State("/system/alerts"), nlohmann::json::array({NO_ADAPTER_ALERT}));
+    }
+    {
+        SCOPED_TRACE("DHCP lookup failed");
+        Console tolm("dhcp-fail");
+        tolm.Start();
+        ASSERT_TRUE(StatusUp(tolm));
+        EXPECT_TRUE(tolm.HasText("Warning: DHCP lookup failed. You may be unable to access this system"));
+        EXPECT_FALSE(tolm.HasText("0.0.0.0"));
+        EXPECT_FALSE(tolm.HasText("audit mode"));
+        EXPECT_TRUE(tolm.State("/system/alerts").empty());
+    }
+    {
+        SCOPED_TRACE("audit mode");
+        Console tolm("audit");
+        tolm.Start();
+        ASSERT_TRUE(StatusUp(tolm));
+        EXPECT_TRUE(tolm.HasText("Warning: Host is running in audit mode. Your configuration will not be"));
+        EXPECT_TRUE(tolm.HasText("http://192.168.10.21/ (STATIC)"));
+        EXPECT_FALSE(tolm.HasText("DHCP lookup failed"));
+    }
+}
+
+TEST(StatusScreen, FailedHostQueriesLeaveTheirLinesOut)
+{
+    Console tolm("typical");
+    tolm.Set("/faults", R"({"GetVendorName": "no DMI table", "GetModelName": "cpuid refused",
+                            "GetManagementInterface": "netstack down", "Qsi_Get": "no node"})");
+    tolm.Start();
+    ASSERT_TRUE(StatusUp(tolm));
+    EXPECT_TRUE(tolm.HasText("128 GiB Memory"));
+    EXPECT_TRUE(tolm.HasText("http://tarnhost01/"));
+    EXPECT_FALSE(tolm.HasText("PowerEdge"));
+    EXPECT_FALSE(tolm.HasText(" x "));
+    EXPECT_FALSE(tolm.HasText("192.168.10.21"));
+    EXPECT_TRUE(tolm.WaitForLog("Getting hardware info failed: no DMI table"));
+    EXPECT_TRUE(tolm.WaitForLog("Getting CPU info failed: cpuid refused"));
+    EXPECT_TRUE(tolm.WaitForLog("Getting management interface failed: netstack down"));
+    // Every redraw asks again; the console keeps running.
+    tolm.Type("a");
+    ASSERT_TRUE(tolm.WaitForQuiet());
+    EXPECT_TRUE(tolm.Running());
+}
+
+TEST(StatusScreen, MemoryUnitsAndLongLines)
+{
+    {
+        Console tolm("typical");
+        tolm.SetValue("/hardware/memory/totalPages", 1073741823);
+        tolm.SetValue("/hardware/memory/pageSize", 1);
+        const std::string model(100, 'M');
+        tolm.SetValue("/hardware/cpu/model", model);
+        tolm.Start();
+        ASSERT_TRUE(StatusUp(tolm));
+        EXPECT_TRUE(tolm.HasText("1024 MiB Memory"));
+        // Cut to the 76 columns between the margins, ending in "...".
+        const int row = RowOf(tolm, "2 x MMM");
+        ASSERT_GE(row, 0);
+        EXPECT_EQ(tolm.Row(row), "  2 x " + std::string(76 - 4 - 3, 'M') + "...");
+    }
+    {
+        Console tolm("typical");
+        tolm.SetValue("/hardware/memory/totalPages", 1073741824);
+        tolm.SetValue("/hardware/memory/pageSize", 1);
+        tolm.Start();
+        ASSERT_TRUE(StatusUp(tolm));
+        EXPECT_TRUE(tolm.HasText("1 GiB Memory"));
+    }
+}
+
+TEST(StatusScreen, SmallTerminalsDoNotBreakIt)
+{
+    for (auto [cols, rows] : {std::pair{40, 10}, std::pair{12, 4}}) {
+        SCOPED_TRACE(std::to_string(cols) + "x" + std::to_string(rows));
+        ConsoleOptions options;
+        options.fixture = "typical";
+        options.cols = cols;
+        options.rows = rows;
+        Console tolm(options);
+        tolm.Start();
+        ASSERT_TRUE(tolm.WaitForLog("Starting Tolm"));
+        ASSERT_TRUE(tolm.WaitForQuiet());
+        if (cols == 40) {
+            EXPECT_TRUE(tolm.WaitForText("  Tarn Hypervisor 8.0.2 (Tarn 8.0.2...  "));
+        }
+        tolm.Type("x");
+        tolm.Press(Key::F4);
+        ASSERT_TRUE(tolm.WaitForQuiet());
+        EXPECT_TRUE(tolm.Running());
+        tolm.Signal(SIGTERM);
+        EXPECT_EQ(tolm.WaitForExit(), ExitStatus::Exited(0));
+    }
+}
+
+// Colour numbers as the palette indexes the terminal sees.
+constexpr int DARK_GREY = 6, YELLOW = 3, WHITE = 7, BLACK = 0;
+
+TEST(StatusScreen, ColoursAndTheBlackAndWhiteSwitch)
+{
+    ConsoleOptions options;
+    options.fixture = "typical";
+    options.term = "xterm-256color";
+    Console tolm(options);
+    tolm.Start();
+    ASSERT_TRUE(StatusUp(tolm));
+
+    const Pos product = *tolm.FindText("Tarn Hypervisor");
+    const Pos heading = *tolm.FindText("Download tools");
+    const auto coloured = [&] {
+        return tolm.CellAt(0, 0).bg == DARK_GREY && tolm.CellAt(product.col, product.row).fg == WHITE &&
+               tolm.CellAt(0, heading.row).bg == YELLOW && tolm.CellAt(heading.col, heading.row).fg == BLACK &&
+               !tolm.CellAt(0, 0).reverse;
+    };
+    EXPECT_TRUE(coloured()) << tolm.CellAt(0, 0) << tolm.CellAt(0, heading.row);
+    // The footer's words are dark grey, its keys black.
+    const Pos words = *tolm.FindText("Customize System");
+    EXPECT_EQ(tolm.CellAt(words.col, words.row).fg, DARK_GREY);
+    EXPECT_EQ(tolm.CellAt(words.col - 3, words.row).fg, BLACK);
+
+    // F4: dark bars in standout, everything else plain.
+    tolm.Press(Key::F4);
+    EXPECT_TRUE(tolm.WaitUntil(
+        [&] {
+            const Cell upper = tolm.CellAt(0, 0), lower = tolm.CellAt(0, heading.row);
+            return upper.reverse && !lower.reverse && lower.bg == kDefaultColor &&
+                   tolm.CellAt(product.col, product.row).reverse;
+        },
+        "black-and-white rendering"));
+    tolm.Press(Key::F4);
+    EXPECT_TRUE(tolm.WaitUntil(coloured, "colours back"));
+}
+
+TEST(StatusScreen, TerminalWithoutColourChangesStaysBlackAndWhite)
+{
+    Console tolm("typical");  // TERM=xterm cannot redefine colours
+    tolm.Start();
+    ASSERT_TRUE(StatusUp(tolm));
+    const int heading = RowOf(tolm, "Download tools");
+    EXPECT_TRUE(tolm.CellAt(0, 0).reverse);
+    EXPECT_FALSE(tolm.CellAt(0, heading).reverse);
+    EXPECT_TRUE(tolm.Palette().empty());
+    // F4 only repaints here.
+    tolm.Press(Key::F4);
+    ASSERT_TRUE(tolm.WaitForQuiet());
+    EXPECT_TRUE(tolm.CellAt(0, 0).reverse);
+    EXPECT_TRUE(tolm.HasText("Tarn Hypervisor"));
+}
+
+}  // namespace
+}  // namespace Tolm::E2E
