@@ -10,6 +10,8 @@
 //  - Ipv6Network address types: 0 static, 1 DHCPv6, 2 autoconfigured (router
 //    advertisement or link-local), 3 other. Scopes: 0 unknown, 1 link-local,
 //    2 site-local, 3 global.
+//  - Lists and optional parts are returned by value, so a range-for over
+//    a temporary (nic->GetIpConfig().GetIpv6Network()) is safe.
 #include <array>
 #include <cstdint>
 #include <memory>
@@ -135,7 +137,7 @@ public:
     void SetUseIpv6Dhcp(bool on) { _useIpv6Dhcp = on; }
     bool GetUseIpv6RouterAdvertised() const { return _useIpv6RouterAdvertised; }
     void SetUseIpv6RouterAdvertised(bool on) { _useIpv6RouterAdvertised = on; }
-    const std::vector<Ipv6Network>& GetIpv6Network() const { return _ipv6Networks; }
+    std::vector<Ipv6Network> GetIpv6Network() const { return _ipv6Networks; }
     void AddIpv6Network(const Ipv6Network& n) { _ipv6Networks.push_back(n); }
     // Removes the first network equal in address and prefix; false if none.
     bool RemoveIpv6Network(const Ipv6Network& n);
@@ -194,7 +196,7 @@ public:
 
     const std::string& GetName() const { return name; }
     const MacAddress& GetMacAddress() const { return mac; }
-    const std::optional<PciDevice>& GetPciDevice() const { return pci; }
+    std::optional<PciDevice> GetPciDevice() const { return pci; }
     bool IsLinkUp() const { return linkUp; }
     int GetLinkSpeed() const { return speedMbps; }
 };
@@ -203,7 +205,7 @@ public:
 struct NicTeamingPolicy {
     std::vector<std::string> uplinkOrder;  // adapter names, team order
     int maxActiveUplinks = 1;
-    const std::vector<std::string>& GetUplinkOrder() const { return uplinkOrder; }
+    std::vector<std::string> GetUplinkOrder() const { return uplinkOrder; }
     int GetMaxActiveUplinks() const { return maxActiveUplinks; }
 };
 
@@ -223,9 +225,9 @@ struct VirtualSwitch {
     std::vector<PortGroup> portGroups;
     int mtu = 1500;
     const std::string& GetName() const { return name; }
-    const std::vector<std::string>& GetUplinks() const { return uplinks; }
+    std::vector<std::string> GetUplinks() const { return uplinks; }
     const NicTeamingPolicy& GetTeamingPolicy() const { return teaming; }
-    const std::vector<PortGroup>& GetPortGroups() const { return portGroups; }
+    std::vector<PortGroup> GetPortGroups() const { return portGroups; }
 };
 
 struct DlswitchUplinkPort {
@@ -242,9 +244,9 @@ struct Dlswitch {
     NicTeamingPolicy teaming;
     std::vector<PortGroup> portGroups;
     const std::string& GetName() const { return name; }
-    const std::vector<DlswitchUplinkPort>& GetUplinkPorts() const { return uplinkPorts; }
+    std::vector<DlswitchUplinkPort> GetUplinkPorts() const { return uplinkPorts; }
     const NicTeamingPolicy& GetTeamingPolicy() const { return teaming; }
-    const std::vector<PortGroup>& GetPortGroups() const { return portGroups; }
+    std::vector<PortGroup> GetPortGroups() const { return portGroups; }
 };
 
 // Connectee types of a kernel interface's connection point.

@@ -12,14 +12,14 @@ struct SmartCardToken {
     std::string label;
     std::vector<std::string> userIds;  // may hold empty strings
     const std::string& GetLabel() const { return label; }
-    const std::vector<std::string>& GetUserIds() const { return userIds; }
+    std::vector<std::string> GetUserIds() const { return userIds; }
 };
 
 struct SmartCardSlot {
     std::string name;
     std::optional<SmartCardToken> token;  // none while the slot is empty
     const std::string& GetName() const { return name; }
-    const std::optional<SmartCardToken>& GetToken() const { return token; }
+    std::optional<SmartCardToken> GetToken() const { return token; }
 };
 
 }  // namespace HostCtl::Hardware

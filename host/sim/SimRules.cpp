@@ -12,7 +12,8 @@ using HostCtl::Network::MacAddress;
 // The interface identifier a host derives from its MAC (modified EUI-64).
 Ipv6Address WithInterfaceId(Ipv6Address::Bytes prefix, const std::string& macText)
 {
-    const auto& m = MacAddress(macText).GetBytes();
+    const MacAddress mac(macText);
+    const auto& m = mac.GetBytes();
     Ipv6Address::Bytes b = prefix;
     b[8] = m[0] ^ 0x02;
     b[9] = m[1];
