@@ -83,7 +83,6 @@ LoginDialog::LoginDialog(Frame* parent)
     items.push_back(std::move(name));
     items.push_back(std::move(password));
     _fields.SetItems(std::move(items));
-    Fill();
 }
 
 const char* LoginDialog::Text(unsigned id) const { return _factory ? _factory->GetString(id) : ""; }
@@ -138,7 +137,9 @@ bool LoginDialog::TryLogin()
 
 int LoginDialog::Execute()
 {
-    _fields.Redraw();
+    // Filled once shown: drawing the dialog discards type-ahead, so what the
+    // user sees filled in is what takes keys.
+    Fill();
     for (;;) {
         const int key = Frame::GetKey(this, true);
         const int focused = _fields.Focused();

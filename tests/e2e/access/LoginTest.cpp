@@ -1,0 +1,164 @@
+// Login through real PAM calls on the simulated host: results in syslog and
+// the event log, the two failure messages, focus rules, PIN mode and the
+// serial line.
+#include <gtest/gtest.h>
+
+#include <regex>
+
+#include "AccessSteps.h"
+
+namespace Tolm::E2E {
+namespace {
+
+TEST(Login, SucceedsLogsAndOpensTheMenu)
+{
+    Console tolm;
+    tolm.Start();
+    ASSERT_TRUE(Started(tolm));
+    ASSERT_TRUE(OpenLogin(tolm));
+    EXPECT_TRUE(tolm.HasText("Authentication Required"));
+    EXPECT_TRUE(tolm.HasText("Enter an authorized login name and password for"));
+    EXPECT_TRUE(tolm.HasText("Configured Keyboard (US Default)"));
+    EXPECT_TRUE(tolm.WaitForRow(-1, "") && tolm.HasText("<Enter> OK  <Esc> Cancel"));
+
+    tolm.Press(Key::Enter);
+    tolm.Type(DEMO_PASSWORD);
+    // The password is masked.
+    ASSERT_TRUE(tolm.WaitForText("********"));
+    EXPECT_FALSE(tolm.HasText(DEMO_PASSWORD));
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForText("System Customization") && Settle(tolm));
+
+    const std::string log = tolm.Syslog();
+    EXPECT_NE(log.find("auth.emerg Tolm["), std::string::npos);
+    EXPECT_NE(log.find("Authentication of user root succeeded"), std::string::npos);
+    EXPECT_NE(log.find("user.info Tolm[" + std::to_string(tolm.Pid()) + "]: User root logged in"), std::string::npos);
+    EXPECT_EQ(log.find(DEMO_PASSWORD), std::string::npos);
+    EXPECT_EQ(tolm.EventLog().find("login.failed"), std::string::npos);
+
+    tolm.SendEsc();
+    EXPECT_TRUE(tolm.WaitForLog("User root logged out."));
+}
+
+TEST(Login, FailuresKeepTheDialogWithTheLoginNameAndAnEmptyPassword)
+{
+    Console tolm;
+    tolm.Start();
+    ASSERT_TRUE(Started(tolm));
+    ASSERT_TRUE(OpenLogin(tolm));
+
+    // Wrong password.
+    tolm.Press(Key::Enter);
+    tolm.Type("wrong");
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForText("Invalid login or password."));
+    EXPECT_TRUE(tolm.HasText("Authentication failed"));
+    EXPECT_TRUE(tolm.WaitForLog("auth.err Tolm["));
+    EXPECT_TRUE(tolm.WaitForLog("Authentication of user root failed with authentication failure."));
+    EXPECT_TRUE(tolm.WaitForEvent("@&!*@*@(evt.user.tolm.login.failed)Authentication for user root failed"));
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForTextGone("Invalid login or password.") && Settle(tolm));
+    EXPECT_TRUE(tolm.WaitForRow(-1, "") && tolm.WaitUntil([&] {
+        auto at = tolm.FindText("Password:");
+        return at && std::regex_search(tolm.Row(at->row), std::regex(R"(Password: +\[ +\])"));
+    }, "password field emptied"));
+    EXPECT_TRUE(tolm.WaitForRow(tolm.FindText("Login Name:")->row, R"(Login Name: +\[ root )"));
+
+    // A valid account that PAM does not let in here.
+    tolm.Press(Key::Up);
+    tolm.Type("sshonly");
+    tolm.Press(Key::Enter);
+    tolm.Type("sshonly");
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForText("User does not have permission to login to Tolm."));
+    EXPECT_TRUE(tolm.WaitForLog("Authorization of user sshonly failed with permission denied error."));
+    EXPECT_TRUE(tolm.WaitForEvent("Authentication for user sshonly failed"));
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForTextGone("permission") && Settle(tolm));
+    ASSERT_TRUE(tolm.WaitForRow(tolm.FindText("Login Name:")->row, R"(Login Name: +\[ sshonly )"));
+    EXPECT_FALSE(tolm.HasText("*******"));
+
+    // Still usable: the right password gets in.
+    tolm.Press(Key::Up);
+    tolm.Type("root");
+    tolm.Press(Key::Tab);
+    tolm.Type(DEMO_PASSWORD);
+    tolm.Press(Key::Enter);
+    EXPECT_TRUE(tolm.WaitForText("System Customization"));
+}
+
+TEST(Login, TabWrapsToTheKeyboardLineWhichOpensTheLayoutChoice)
+{
+    Console tolm;
+    tolm.Start();
+    ASSERT_TRUE(Started(tolm));
+    ASSERT_TRUE(OpenLogin(tolm));
+    // Name, password, then back to the first item: the keyboard line.
+    tolm.Press(Key::Tab, 2);
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForText("Configure Keyboard") && Settle(tolm));
+    tolm.Press(Key::Down);
+    tolm.Type(" ");
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForLog("Keyboard Layout changed to "));
+    const std::string layout = tolm.State("/system/keyboard/current").get<std::string>();
+    EXPECT_NE(layout, "US Default");
+    EXPECT_TRUE(tolm.WaitForText("Configured Keyboard (" + layout + ")") && Settle(tolm));
+    // The focus stays on the keyboard line; Down reaches the name field.
+    tolm.Press(Key::Down);
+    tolm.Type("x");
+    EXPECT_TRUE(tolm.WaitForRow(tolm.FindText("Login Name:")->row, R"(Login Name: +\[ x )"));
+    tolm.SendEsc();
+    EXPECT_TRUE(tolm.WaitForTextGone("Login Name:"));
+}
+
+TEST(Login, SerialLineHasNoKeyboardLineAndStartsOnTheLoginName)
+{
+    ConsoleOptions options;
+    options.term = "vt100";
+    Console tolm(options);
+    tolm.Start();
+    ASSERT_TRUE(Started(tolm));
+    tolm.PressSerial(Key::F2);
+    ASSERT_TRUE(tolm.WaitForText("Login Name:") && Settle(tolm));
+    EXPECT_FALSE(tolm.HasText("Configured Keyboard"));
+    // Tab on the password wraps to the login name, the first item here.
+    tolm.Press(Key::Tab, 2);
+    tolm.Type("admin");
+    EXPECT_TRUE(tolm.WaitForRow(tolm.FindText("Login Name:")->row, R"(Login Name: +\[ admin )"));
+}
+
+TEST(Login, SmartCardPinModeSwitchesWithF3AndCardRemovalEndsTheSession)
+{
+    Console tolm;
+    tolm.Start();
+    ASSERT_TRUE(Started(tolm));
+    tolm.CardInsert("jdoe");
+    ASSERT_TRUE(tolm.WaitForLog("Found smart card with user id 'jdoe'"));
+
+    ASSERT_TRUE(OpenLogin(tolm));
+    EXPECT_TRUE(tolm.HasText("Enter the smart card login PIN for"));
+    EXPECT_TRUE(tolm.HasText("<F3> Switch PIN/Password Login"));
+    EXPECT_TRUE(tolm.WaitForRow(tolm.FindText("Login Name:")->row, R"(Login Name: +\[ jdoe )"));
+
+    tolm.Press(Key::F3);
+    ASSERT_TRUE(tolm.WaitForText("Enter an authorized login name and password for"));
+    EXPECT_TRUE(tolm.WaitForRow(tolm.FindText("Login Name:")->row, R"(Login Name: +\[ root )"));
+    EXPECT_FALSE(tolm.HasText("<F3>"));
+
+    tolm.Press(Key::F3);
+    ASSERT_TRUE(tolm.WaitForText("Enter the smart card login PIN for"));
+    ASSERT_TRUE(tolm.WaitForRow(tolm.FindText("Login Name:")->row, R"(Login Name: +\[ jdoe )"));
+    tolm.Press(Key::Enter);
+    tolm.Type("1234");
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForText("System Customization"));
+    EXPECT_TRUE(tolm.WaitForLog("User jdoe logged in"));
+
+    tolm.CardRemove("jdoe");
+    EXPECT_TRUE(tolm.WaitForLog("Logging out user id 'jdoe'"));
+    EXPECT_EQ(tolm.WaitForExit(), ExitStatus::Exited(0));
+}
+
+}  // namespace
+}  // namespace Tolm::E2E
