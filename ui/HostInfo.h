@@ -35,9 +35,8 @@ std::string PlsaVersion();
 void ClearCache();
 
 // The path to hand to RunCommand for a system program such as "openssl":
-// the host's own "/bin/NAME" or "/usr/bin/NAME" when the root has one,
-// otherwise (under a simulated root) a path that leads out of the root to
-// the machine's "/usr/bin/NAME". Empty when there is none.
+// the host's own "/bin/NAME" or "/usr/bin/NAME". Empty when the host has
+// neither (the placeholder then shows its fallback).
 std::string ToolPath(std::string_view name);
 
 // Parsers, exposed for tests.
