@@ -1,0 +1,85 @@
+// Lockdown mode through the management agent: entering and leaving, no
+// request when nothing changed, a refused request.
+#include <gtest/gtest.h>
+
+#include "AccessSteps.h"
+
+namespace Tolm::E2E {
+namespace {
+
+bool Close(Console& tolm, Key key = Key::Enter)
+{
+    if (key == Key::Esc)
+        tolm.SendEsc();
+    else
+        tolm.Press(key);
+    return tolm.WaitForTextGone("Enable lockdown mode") && Settle(tolm);
+}
+
+TEST(Lockdown, EntersAndLeavesButRunsNothingWhenUnchanged)
+{
+    Console tolm;
+    tolm.Start();
+    ASSERT_TRUE(Started(tolm));
+    ASSERT_TRUE(LogIn(tolm));
+    tolm.Press(Key::Down);
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForText("[ ] Enable lockdown mode") && Settle(tolm));
+    EXPECT_TRUE(tolm.HasText("When enabled, lockdown mode prevents users from logging"));
+    EXPECT_TRUE(tolm.HasText("<Space> Toggle Selected"));
+
+    // Untouched, toggled twice, toggled and cancelled: no request.
+    ASSERT_TRUE(Close(tolm));
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForText("[ ] Enable lockdown mode") && Settle(tolm));
+    tolm.Type("  ");
+    ASSERT_TRUE(Close(tolm));
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForText("[ ] Enable lockdown mode") && Settle(tolm));
+    tolm.Type(" ");
+    ASSERT_TRUE(tolm.WaitForText("[X] Enable lockdown mode"));
+    ASSERT_TRUE(Close(tolm, Key::Esc));
+    EXPECT_EQ(tolm.Syslog().find("Lockdown mode enabled"), std::string::npos);
+    EXPECT_EQ(tolm.Syslog().find("lockdown mode failed"), std::string::npos);
+    EXPECT_EQ(tolm.State("/system/lockdown/enabled"), false);
+
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForText("[ ] Enable lockdown mode") && Settle(tolm));
+    tolm.Type(" ");
+    ASSERT_TRUE(Close(tolm));
+    ASSERT_TRUE(tolm.WaitForLog("user.info Tolm[" + std::to_string(tolm.Pid()) + "]: Lockdown mode enabled"));
+    EXPECT_EQ(tolm.State("/system/lockdown/enabled"), true);
+
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForText("[X] Enable lockdown mode") && Settle(tolm));
+    ASSERT_TRUE(Close(tolm));  // already on: nothing to do
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForText("[X] Enable lockdown mode") && Settle(tolm));
+    tolm.Type(" ");
+    ASSERT_TRUE(Close(tolm));
+    ASSERT_TRUE(tolm.WaitForLog("Lockdown mode disabled"));
+    EXPECT_EQ(tolm.State("/system/lockdown/enabled"), false);
+    EXPECT_EQ(Count(tolm.Syslog(), "Lockdown mode enabled"), 1u);
+}
+
+TEST(Lockdown, RefusedRequestIsLoggedWithTheAgentsError)
+{
+    Console tolm;
+    tolm.SetValue("/faults/orlasvc~1auth~1lockdown_mode_enter", "agent busy");
+    tolm.Start();
+    ASSERT_TRUE(Started(tolm));
+    ASSERT_TRUE(LogIn(tolm));
+    tolm.Press(Key::Down);
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForText("[ ] Enable lockdown mode") && Settle(tolm));
+    tolm.Type(" ");
+    ASSERT_TRUE(Close(tolm));
+    ASSERT_TRUE(tolm.WaitForLog("err Tolm["));
+    EXPECT_TRUE(tolm.WaitForLog("Enabling lockdown mode failed with error: "));
+    EXPECT_NE(tolm.Syslog().find("agent busy"), std::string::npos) << tolm.Syslog();
+    EXPECT_EQ(tolm.State("/system/lockdown/enabled"), false);
+    EXPECT_EQ(tolm.Syslog().find("Lockdown mode enabled"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace Tolm::E2E

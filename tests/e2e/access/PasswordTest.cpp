@@ -1,0 +1,154 @@
+// Password change through real PAM calls: every refusal keeps the right
+// fields, a change backs up the host and the new password is the one that
+// logs in afterwards.
+#include <gtest/gtest.h>
+
+#include "AccessSteps.h"
+
+namespace Tolm::E2E {
+namespace {
+
+bool OpenChangePassword(Console& tolm)
+{
+    if (!LogIn(tolm)) return false;
+    tolm.Press(Key::Enter);  // "Configure Password" is the first entry
+    return tolm.WaitForText("Old Password:") && Settle(tolm);
+}
+
+// The row of the field labelled `label` shows `stars` masked characters
+// (0: an empty field).
+bool FieldShows(Console& tolm, const std::string& label, int stars)
+{
+    const std::string pattern = label + (stars ? R"( +\[ \*{)" + std::to_string(stars) + R"(} *\])" : R"( +\[ +\])");
+    auto at = tolm.FindText(label);
+    return at && tolm.WaitForRow(at->row, pattern);
+}
+
+// Acknowledges the message box showing `text`.
+bool Acknowledge(Console& tolm, const std::string& text)
+{
+    if (!tolm.WaitForText(text)) return false;
+    tolm.Press(Key::Enter);
+    return tolm.WaitForTextGone(text) && Settle(tolm);
+}
+
+TEST(ChangePassword, RefusalsEmptyTheRightFieldsAndChangeNothing)
+{
+    Console tolm;
+    tolm.Start();
+    ASSERT_TRUE(Started(tolm));
+    ASSERT_TRUE(OpenChangePassword(tolm));
+    const std::string passdb = tolm.ReadRootFile("/etc/pellor/passdb");
+
+    // The old password is checked as the focus leaves it.
+    tolm.Type("nope");
+    tolm.Press(Key::Tab);
+    ASSERT_TRUE(Acknowledge(tolm, "The old password you entered is incorrect"));
+    EXPECT_TRUE(FieldShows(tolm, "Old Password:", 0));
+    tolm.Type(DEMO_PASSWORD);
+    tolm.Press(Key::Down);
+    ASSERT_TRUE(tolm.WaitForQuiet());
+    EXPECT_FALSE(tolm.HasText("incorrect"));
+
+    // Mismatch: both new fields emptied, the old one kept, focus on the new one.
+    tolm.Type("abc");
+    tolm.Press(Key::Tab);
+    tolm.Type("abd");
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(Acknowledge(tolm, "The new password and the confirmed password do not match."));
+    EXPECT_TRUE(FieldShows(tolm, "New Password:", 0));
+    EXPECT_TRUE(FieldShows(tolm, "Confirm Password:", 0));
+    EXPECT_TRUE(FieldShows(tolm, "Old Password:", 8));
+
+    // An empty new password with a confirmation is a mismatch first.
+    tolm.Press(Key::Tab);
+    tolm.Type("x");
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(Acknowledge(tolm, "do not match"));
+
+    tolm.Press(Key::Tab);
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(Acknowledge(tolm, "Empty passwords are not allowed."));
+
+    // The host's password step refuses what its file cannot hold.
+    tolm.Type("a:b");
+    tolm.Press(Key::Tab);
+    tolm.Type("a:b");
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(Acknowledge(tolm, "The password change operation failed."));
+    EXPECT_TRUE(FieldShows(tolm, "New Password:", 0));
+    EXPECT_TRUE(FieldShows(tolm, "Old Password:", 8));
+
+    // The same password again asks first; Esc goes back with the fields as they were.
+    tolm.Type(DEMO_PASSWORD);
+    tolm.Press(Key::Tab);
+    tolm.Type(DEMO_PASSWORD);
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForText("New password is same as old password. Are you sure?") && Settle(tolm));
+    tolm.SendEsc();
+    ASSERT_TRUE(tolm.WaitForTextGone("Are you sure?") && Settle(tolm));
+    EXPECT_TRUE(FieldShows(tolm, "Confirm Password:", 8));
+
+    tolm.SendEsc();
+    ASSERT_TRUE(tolm.WaitForTextGone("Old Password:"));
+    EXPECT_EQ(tolm.ReadRootFile("/etc/pellor/passdb"), passdb);
+    EXPECT_EQ(tolm.Syslog().find("has changed"), std::string::npos);
+    EXPECT_TRUE(tolm.State("/tools/counts/backup").is_null());
+    EXPECT_EQ(tolm.Syslog().find(DEMO_PASSWORD), std::string::npos);
+}
+
+TEST(ChangePassword, ChangesBacksUpAndOnlyTheNewPasswordLogsIn)
+{
+    Console tolm;
+    tolm.Start();
+    ASSERT_TRUE(Started(tolm));
+    ASSERT_TRUE(OpenChangePassword(tolm));
+    tolm.Type(DEMO_PASSWORD);
+    tolm.Press(Key::Enter);
+    tolm.Type("n3wpass");
+    tolm.Press(Key::Enter);
+    tolm.Type("n3wpass");
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForLog("user.info Tolm[" + std::to_string(tolm.Pid()) +
+                                "]: Login password for user root has changed"));
+    EXPECT_TRUE(tolm.WaitForEvent("@&!*@*@(evt.user.tolm.login.passwd.changed)Login password for user root changed"));
+    ASSERT_TRUE(tolm.WaitForTextGone("Old Password:") && Settle(tolm));
+    EXPECT_EQ(tolm.State("/tools/counts/backup"), 1);
+    EXPECT_EQ(tolm.State("/tools/counts/refresh"), 1);
+
+    tolm.SendEsc();  // log out
+    ASSERT_TRUE(tolm.WaitForLog("User root logged out.") && tolm.WaitForText("<F2>") && Settle(tolm));
+    ASSERT_TRUE(OpenLogin(tolm));
+    tolm.Press(Key::Enter);
+    tolm.Type(DEMO_PASSWORD);
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(Acknowledge(tolm, "Invalid login or password."));
+    tolm.Type("n3wpass");
+    tolm.Press(Key::Enter);
+    EXPECT_TRUE(tolm.WaitForText("System Customization"));
+}
+
+TEST(ChangePassword, ConfirmedSamePasswordIsSetEvenWhenTheBackupFails)
+{
+    Console tolm;
+    tolm.SetValue("/faults/backup.sh", "backup store unavailable");
+    tolm.Start();
+    ASSERT_TRUE(Started(tolm));
+    ASSERT_TRUE(OpenChangePassword(tolm));
+    tolm.Type(DEMO_PASSWORD);
+    tolm.Press(Key::Tab);
+    tolm.Type(DEMO_PASSWORD);
+    tolm.Press(Key::Tab);
+    tolm.Type(DEMO_PASSWORD);
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForText("Configure Password: Warning") && Settle(tolm));
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForLog("Login password for user root has changed"));
+    EXPECT_TRUE(tolm.WaitForTextGone("Old Password:"));
+    EXPECT_EQ(tolm.State("/tools/counts/refresh"), 1);
+    EXPECT_TRUE(tolm.State("/tools/counts/backup").is_null());
+    EXPECT_NE(tolm.ReadRootFile("/etc/pellor/passdb").find("root:tolmdemo:tolm\n"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace Tolm::E2E
