@@ -1,0 +1,204 @@
+// The System Customization menu: which entries can be chosen on different
+// hosts, the help pane, support pages, the log viewer and logging out.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "SystemCommon.h"
+
+namespace Tolm::E2E {
+namespace {
+
+// The panes' footers sit on the menu's last line inside the frame.
+constexpr int FOOTER_ROW = -3;
+
+size_t Count(const std::string& text, const std::string& needle)
+{
+    size_t n = 0;
+    for (size_t at = text.find(needle); at != std::string::npos; at = text.find(needle, at + 1)) ++n;
+    return n;
+}
+
+TEST(SystemMenu, EntriesFollowTheHost)
+{
+    // Typical host: DriverVM supported here, management usable, no PXE boot.
+    Console tolm("typical");
+    tolm.SetValue("/system/driverVm/supported", true);
+    tolm.Start();
+    ASSERT_TRUE(LogInToMenu(tolm));
+    EXPECT_TRUE(tolm.WaitForRow(FOOTER_ROW, "<Up/Down> Select +<Enter> Change +<Esc> Log Out"));
+    EXPECT_TRUE(tolm.WaitForLog("orla-cmd invocation: get orlasvc/auth/lockdown_is_enabled"));
+
+    // Every enabled entry in order; the spacers are skipped.
+    const char* order[] = {"Configure Lockdown Mode",   "Configure DriverVM Devices",
+                           "Configure Management Network", "Restart Management Network",
+                           "Test Management Network",   "Network Restore Options",
+                           "Configure Keyboard",        "Troubleshooting Options",
+                           "View System Logs",          "View Support Information",
+                           "Reset System Configuration"};
+    for (const char* entry : order) {
+        tolm.Press(Key::Down);
+        ASSERT_TRUE(ShowsEntry(tolm, entry)) << entry;
+    }
+    // The help pane and footer follow the selection.
+    EXPECT_TRUE(tolm.WaitForText("All system parameters will be"));
+    EXPECT_TRUE(tolm.WaitForRow(FOOTER_ROW, "<Enter> Reset +<Esc> Log Out"));
+    tolm.Press(Key::Down);  // last row: stays
+    EXPECT_TRUE(ShowsEntry(tolm, "Reset System Configuration"));
+    for (int i = 0; i < 8; ++i) tolm.Press(Key::Up);
+    ASSERT_TRUE(ShowsEntry(tolm, "Configure Management Network"));
+    EXPECT_TRUE(tolm.WaitForText("192.168.10.21"));  // its current address
+    EXPECT_TRUE(tolm.WaitForRow(FOOTER_ROW, "<Enter> More +<Esc> Log Out"));
+    tolm.Press(Key::Down);
+    EXPECT_TRUE(tolm.WaitForRow(FOOTER_ROW, "<Enter> Restart +<Esc> Log Out"));
+    EXPECT_TRUE(tolm.WaitForTextGone("192.168.10.21"));
+    // Entries whose screens come later keep the menu as it is.
+    tolm.Press(Key::Enter);
+    EXPECT_TRUE(tolm.WaitForQuiet());
+    EXPECT_TRUE(ShowsEntry(tolm, "Restart Management Network"));
+}
+
+TEST(SystemMenu, UnusableManagementInterfaceSkipsTheNetworkEntries)
+{
+    // The adapterless host has a management interface on a switch without
+    // uplinks; lockdown is neither on nor possible there.
+    Console tolm("no-adapter");
+    tolm.SetValue("/system/driverVm/supported", true);
+    tolm.SetValue("/system/lockdown", nlohmann::json{{"enabled", false}, {"possible", false}});
+    tolm.Start();
+    ASSERT_TRUE(LogInToMenu(tolm));
+    tolm.Press(Key::Down);
+    ASSERT_TRUE(ShowsEntry(tolm, "Configure DriverVM Devices"));  // lockdown skipped
+    tolm.Press(Key::Down);
+    EXPECT_TRUE(ShowsEntry(tolm, "Network Restore Options"));
+    tolm.Press(Key::Up);
+    EXPECT_TRUE(ShowsEntry(tolm, "Configure DriverVM Devices"));
+}
+
+TEST(SystemMenu, FailedInterfaceLookupAndPxeBootDisableEntries)
+{
+    Console tolm("typical");
+    tolm.SetValue("/faults/GetManagementInterface", "no management interface");
+    tolm.SetValue("/userOptions/PXEBootEnabled", "1");
+    tolm.Start();
+    ASSERT_TRUE(LogInToMenu(tolm));
+    EXPECT_TRUE(tolm.WaitForLog("Getting management interface failed: no management interface"));
+    tolm.Press(Key::Down);
+    ASSERT_TRUE(ShowsEntry(tolm, "Configure Lockdown Mode"));
+    tolm.Press(Key::Down);  // DriverVM unsupported, network entries off
+    EXPECT_TRUE(ShowsEntry(tolm, "Network Restore Options"));
+    tolm.Press(Key::Down, 12);
+    EXPECT_TRUE(ShowsEntry(tolm, "View Support Information"));
+    EXPECT_TRUE(tolm.HasText("Reset System Configuration"));  // drawn, not reachable
+
+    // The refresh signal reads the host again: the interface is back.
+    tolm.HostSim({"set", "/faults", "{}"});
+    tolm.Signal(SIGUSR1);
+    ASSERT_TRUE(tolm.WaitUntil([&] { return Count(tolm.Syslog(), "get orlasvc/auth/lockdown_is_enabled") == 2; },
+                               "the menu read the host again"));
+    ASSERT_TRUE(tolm.WaitForQuiet());
+    tolm.Press(Key::Up, 5);
+    EXPECT_TRUE(ShowsEntry(tolm, "Test Management Network"));
+}
+
+TEST(SystemMenu, SupportPagesTurnWithPageKeys)
+{
+    Console tolm("typical");
+    tolm.Start();
+    ASSERT_TRUE(LogInToMenu(tolm));
+    tolm.Press(Key::Down, 9);
+    ASSERT_TRUE(ShowsEntry(tolm, "View Support Information \\(1/3\\)"));
+    EXPECT_TRUE(tolm.WaitForText("Contacting support"));
+    EXPECT_TRUE(tolm.WaitForRow(FOOTER_ROW, "<Page Up> <Page Down> +<Esc> Log Out"));
+    tolm.Press(Key::PageUp);  // already on the first page
+    tolm.Press(Key::PageDown);
+    EXPECT_TRUE(ShowsEntry(tolm, "View Support Information \\(2/3\\)"));
+    tolm.Press(Key::PageDown, 3);  // stops at the last page
+    EXPECT_TRUE(ShowsEntry(tolm, "View Support Information \\(3/3\\)"));
+    EXPECT_TRUE(tolm.WaitForText("Licensing"));
+    EXPECT_FALSE(tolm.HasText("Contacting support"));
+    tolm.Press(Key::PageUp, 2);
+    EXPECT_TRUE(ShowsEntry(tolm, "View Support Information \\(1/3\\)"));
+    // Page keys elsewhere do nothing.
+    tolm.Press(Key::Up);
+    tolm.Press(Key::PageDown);
+    EXPECT_TRUE(ShowsEntry(tolm, "View System Logs"));
+}
+
+TEST(SystemMenu, SupportFileOfNotesGivesOneEmptyPage)
+{
+    Console tolm("typical");
+    {
+        std::ofstream support(tolm.RootPath("/etc/pellor/support"), std::ios::trunc);
+        support << "# note one\n# note two\n";
+    }
+    tolm.Start();
+    ASSERT_TRUE(LogInToMenu(tolm));
+    tolm.Press(Key::Down, 9);
+    ASSERT_TRUE(ShowsEntry(tolm, "View Support Information"));
+    EXPECT_FALSE(tolm.HasText("note"));
+    EXPECT_FALSE(tolm.HasText("(1/"));
+}
+
+TEST(SystemMenu, LogViewerOpensAndReturns)
+{
+    Console tolm("typical");
+    std::filesystem::remove(tolm.RootPath("/var/log/tarn.log"));
+    tolm.Start();
+    ASSERT_TRUE(LogInToMenu(tolm));
+    tolm.Press(Key::Down, 8);
+    ASSERT_TRUE(ShowsEntry(tolm, "View System Logs"));
+    EXPECT_TRUE(tolm.WaitForText("<F7> Pellor Talvo Observation log"));
+
+    tolm.Press(Key::F1);
+    ASSERT_TRUE(tolm.WaitForText("<Q> Quit </> RegExp Search <H> Help"));
+    EXPECT_TRUE(tolm.WaitForText("Starting Tolm"));  // the syslog itself
+    EXPECT_FALSE(tolm.HasText("System Customization"));
+    tolm.Type("q");
+    ASSERT_TRUE(ShowsEntry(tolm, "View System Logs"));
+    EXPECT_TRUE(tolm.WaitForText("Configure Password"));
+    EXPECT_TRUE(tolm.WaitForQuiet());
+
+    // A missing log: a log line, and the menu goes on.
+    tolm.Press(Key::F2);
+    EXPECT_TRUE(tolm.WaitForLog("Cannot view log /var/log/tarn.log"));
+    EXPECT_TRUE(tolm.WaitForQuiet());
+    tolm.Press(Key::Down);
+    EXPECT_TRUE(ShowsEntry(tolm, "View Support Information"));
+
+    // Log keys belong to the log entry only.
+    tolm.Press(Key::F1);
+    EXPECT_TRUE(tolm.WaitForQuiet());
+    EXPECT_FALSE(tolm.HasText("RegExp Search"));
+}
+
+TEST(SystemMenu, PagerThatCannotStartLeavesTheMenuUsable)
+{
+    Console tolm("typical");
+    std::filesystem::remove(tolm.RootPath("/bin/less"));
+    tolm.Start();
+    ASSERT_TRUE(LogInToMenu(tolm));
+    tolm.Press(Key::Down, 8);
+    ASSERT_TRUE(ShowsEntry(tolm, "View System Logs"));
+    tolm.Press(Key::F7);
+    EXPECT_TRUE(tolm.WaitForLog("Could not run /bin/less on /var/log/evtd.log"));
+    EXPECT_TRUE(tolm.WaitForQuiet());
+    tolm.Press(Key::Up);
+    EXPECT_TRUE(ShowsEntry(tolm, "Troubleshooting Options"));
+}
+
+TEST(SystemMenu, EscLogsOut)
+{
+    Console tolm("typical");
+    tolm.Start();
+    ASSERT_TRUE(LogInToMenu(tolm));
+    tolm.SendEsc();
+    EXPECT_TRUE(tolm.WaitForRow(-1, STATUS_FOOTER));
+    EXPECT_TRUE(tolm.WaitForLog("User root logged out."));
+    EXPECT_TRUE(tolm.Running());
+}
+
+}  // namespace
+}  // namespace Tolm::E2E
