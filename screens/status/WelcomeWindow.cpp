@@ -40,6 +40,12 @@ bool LoginEnabled()
     return access(HostPath::Resolve(LOGIN_FLAG_FILE).c_str(), F_OK) == 0;
 }
 
+// Setting a text draws it at once; an unchanged one is drawn with the window.
+void SetIfChanged(TextArea* area, std::string text)
+{
+    if (area->Text() != text) area->SetText(std::move(text));
+}
+
 std::string Join(const std::vector<std::string>& lines, int width)
 {
     std::string text;
@@ -85,7 +91,7 @@ void WelcomeWindow::Compose()
         if (i == 0) description += "{color:white}" + line + "{/color}";
         else description += (i == 2 ? "\n\n" : "\n") + line;
     }
-    _description->SetText(description);
+    SetIfChanged(_description, description);
 
     // Without an adapter there is nothing to manage the host through; the
     // warning takes the place of the addresses.
@@ -94,7 +100,7 @@ void WelcomeWindow::Compose()
     const bool hadAddresses = !lower.empty();
     for (size_t i = 0; i < content.warnings.size(); ++i)
         lower += (i == 0 ? (hadAddresses ? "\n\n" : "") : "\n") + content.warnings[i];
-    _addresses->SetText(lower);
+    SetIfChanged(_addresses, lower);
 
     if (content.noAdapter && !_alertRaised) {
         try {
@@ -113,8 +119,8 @@ void WelcomeWindow::Compose()
     }
 
     const auto text = [this](unsigned id) { return std::string(_factory ? _factory->GetString(id) : ""); };
-    _footer->SetText("<F2> {color:dark-grey}" + text(ID_FOOTER_LOGIN) + "{/color}" +
-                     "{align:right}<F12> {color:dark-grey}" + text(ID_FOOTER_SHUTDOWN) + "{/color}{/align}");
+    SetIfChanged(_footer, "<F2> {color:dark-grey}" + text(ID_FOOTER_LOGIN) + "{/color}" +
+                              "{align:right}<F12> {color:dark-grey}" + text(ID_FOOTER_SHUTDOWN) + "{/color}{/align}");
 }
 
 void WelcomeWindow::Draw(bool active)
