@@ -1,0 +1,211 @@
+// Shutting down and restarting the host from the status screen's F12, and
+// the reset of the system configuration from the menu.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <string>
+
+#include "SystemCommon.h"
+
+namespace Tolm::E2E {
+namespace {
+
+constexpr const char* SHUTDOWN_TITLE = "Shut Down/Restart";
+
+// Two running machines: one suspends by its policy, one powers off.
+void AddRunningVms(Console& tolm)
+{
+    tolm.SetValue("/vms", nlohmann::json::array({
+                              {{"name", "web"}, {"powerState", "poweredOn"}, {"shutdownPolicy", "suspend"}},
+                              {{"name", "db"}, {"powerState", "poweredOn"}},
+                          }));
+}
+
+// The position of each needle in `text`, in order; npos for one missing or
+// out of order.
+bool InOrder(const std::string& text, std::initializer_list<const char*> needles)
+{
+    size_t at = 0;
+    for (const char* needle : needles) {
+        at = text.find(needle, at);
+        if (at == std::string::npos) return false;
+        ++at;
+    }
+    return true;
+}
+
+struct PowerCase {
+    const char* name;
+    Key key;
+    bool force;
+    const char* logLine;
+    const char* event;
+    const char* progress;
+    const char* powerState;
+    const char* webState;  // the machine whose policy is to suspend
+};
+
+class PowerTest : public ::testing::TestWithParam<PowerCase> {};
+
+TEST_P(PowerTest, StopsVmsRunsTheCommandAndEnds)
+{
+    const PowerCase& c = GetParam();
+    Console tolm("typical");
+    AddRunningVms(tolm);
+    tolm.Start();
+    ASSERT_TRUE(LogIn(tolm, Key::F12));
+    ASSERT_TRUE(tolm.WaitForText(SHUTDOWN_TITLE));
+    ASSERT_TRUE(tolm.WaitForText("[ ] Forcefully terminate running VMs"));
+    ASSERT_TRUE(tolm.WaitForQuiet());
+    // Space twice leaves the box clear; once more checks it.
+    tolm.Type("  ");
+    EXPECT_TRUE(tolm.WaitForQuiet());
+    if (c.force) tolm.Type(" ");
+    EXPECT_TRUE(tolm.WaitForText(c.force ? "[X] Forcefully" : "[ ] Forcefully"));
+    ASSERT_TRUE(tolm.WaitForQuiet());
+
+    tolm.Press(c.key);
+    EXPECT_EQ(tolm.WaitForExit(), ExitStatus::Exited(0));
+    // The progress text was drawn before the host went down.
+    EXPECT_NE(tolm.RawOutput().find(c.progress), std::string::npos);
+    EXPECT_EQ(tolm.State("/power/state"), c.powerState);
+    EXPECT_EQ(tolm.State("/vms/0/powerState"), c.webState);
+    EXPECT_EQ(tolm.State("/vms/1/powerState"), "poweredOff");
+    EXPECT_EQ(tolm.State("/tools/counts/autostop"), 1);
+    EXPECT_EQ(tolm.State(c.force ? "/tools/counts/powerOffVmsTerminate" : "/tools/counts/powerOffVms"), 1);
+    EXPECT_TRUE(InOrder(tolm.Syslog(), {"User root logged in", c.logLine, "Initializing evtuser library"}))
+        << tolm.Syslog();
+    EXPECT_TRUE(tolm.WaitForEvent(std::string("@&!*@*@(") + c.event + ")" + c.logLine));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    System, PowerTest,
+    ::testing::Values(PowerCase{"ShutDown", Key::F2, false, "Shutting down host", "evt.user.tolm.shutdown.host",
+                                "Shutdown in progress...", "poweredOff", "suspended"},
+                      PowerCase{"ShutDownForced", Key::F2, true, "Shutting down host",
+                                "evt.user.tolm.shutdown.host", "Shutdown in progress...", "poweredOff", "poweredOff"},
+                      PowerCase{"Restart", Key::F11, false, "Rebooting host", "evt.user.tolm.reboot.host",
+                                "Restart in progress...", "restarting", "suspended"},
+                      PowerCase{"RestartForced", Key::F11, true, "Rebooting host", "evt.user.tolm.reboot.host",
+                                "Restart in progress...", "restarting", "poweredOff"}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+TEST(Shutdown, EscChangesNothing)
+{
+    Console tolm("typical");
+    AddRunningVms(tolm);
+    tolm.Start();
+    ASSERT_TRUE(LogIn(tolm, Key::F12));
+    ASSERT_TRUE(tolm.WaitForText(SHUTDOWN_TITLE));
+    ASSERT_TRUE(tolm.WaitForQuiet());
+    const std::string syslog = tolm.Syslog();
+    const std::string events = tolm.EventLog();
+    tolm.Press(Key::Enter);  // ignored
+    tolm.SendEsc();
+    ASSERT_TRUE(tolm.WaitForRow(-1, STATUS_FOOTER));
+    EXPECT_TRUE(tolm.WaitForQuiet());
+    EXPECT_EQ(tolm.Syslog(), syslog);
+    EXPECT_EQ(tolm.EventLog(), events);
+    EXPECT_EQ(tolm.State("/power/state"), "running");
+    EXPECT_EQ(tolm.State("/vms/0/powerState"), "poweredOn");
+    EXPECT_TRUE(tolm.Running());
+}
+
+TEST(Shutdown, WithoutTheEventFacilityTheHostStillGoesDown)
+{
+    Console tolm("typical");
+    tolm.SetValue("/eventFacility/available", false);
+    tolm.Start();
+    ASSERT_TRUE(LogIn(tolm, Key::F12));
+    ASSERT_TRUE(tolm.WaitForText(SHUTDOWN_TITLE));
+    ASSERT_TRUE(tolm.WaitForQuiet());
+    tolm.Press(Key::F11);
+    EXPECT_EQ(tolm.WaitForExit(), ExitStatus::Exited(0));
+    EXPECT_EQ(tolm.State("/power/state"), "restarting");
+    EXPECT_TRUE(InOrder(tolm.Syslog(), {"Rebooting host", "Unable to initialize evtuser library from Tolm"}));
+    EXPECT_EQ(tolm.EventLog().find("reboot.host"), std::string::npos);
+}
+
+TEST(Shutdown, FailingCommandKeepsTheProgressShown)
+{
+    // A poweroff that changes nothing: the console waits for the host.
+    Console tolm("typical");
+    tolm.Start();
+    ASSERT_TRUE(LogIn(tolm, Key::F12));
+    ASSERT_TRUE(tolm.WaitForText(SHUTDOWN_TITLE));
+    ASSERT_TRUE(tolm.WaitForQuiet());
+    {
+        std::ofstream tool(tolm.RootPath("/sbin/poweroff"), std::ios::trunc);
+        tool << "#!/bin/sh\nexit 1\n";
+    }
+    tolm.Press(Key::F2);
+    ASSERT_TRUE(tolm.WaitForText("Shutdown in progress..."));
+    tolm.Press(Key::Enter);
+    tolm.SendEsc();
+    EXPECT_TRUE(tolm.WaitForQuiet());
+    EXPECT_TRUE(tolm.HasText("Shutdown in progress..."));
+    EXPECT_TRUE(tolm.Running());
+    EXPECT_EQ(tolm.State("/power/state"), "running");
+    EXPECT_TRUE(tolm.WaitForLog("Shutting down host"));
+}
+
+TEST(Reset, F11ResetsThenOnlyEnterRestarts)
+{
+    Console tolm("typical");
+    tolm.SetValue("/system/keyboard/current", "US Dvorak");
+    tolm.SetValue("/network/dns/hostname", "changed");
+    tolm.Start();
+    ASSERT_TRUE(LogInToMenu(tolm));
+    tolm.Press(Key::Down, 10);
+    ASSERT_TRUE(ShowsEntry(tolm, "Reset System Configuration"));
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForText("Reset System Configuration: Confirm"));
+    ASSERT_TRUE(tolm.WaitForText("Reset System Configuration now?"));
+    ASSERT_TRUE(tolm.WaitForQuiet());
+    tolm.Press(Key::Enter);  // not the confirmation key
+    EXPECT_TRUE(tolm.WaitForQuiet());
+    EXPECT_TRUE(tolm.HasText("Reset System Configuration now?"));
+    EXPECT_EQ(tolm.State("/system/keyboard/current"), "US Dvorak");
+
+    tolm.Press(Key::F11);
+    ASSERT_TRUE(tolm.WaitForText("Default settings are restored. Press <Enter> to"));
+    EXPECT_FALSE(tolm.HasText("Reset System Configuration now?"));
+    EXPECT_TRUE(tolm.WaitForText("<Enter> Restart Host"));
+    EXPECT_EQ(tolm.State("/system/keyboard/current"), "US Default");
+    EXPECT_NE(tolm.State("/network/dns/hostname"), "changed");
+    EXPECT_EQ(tolm.State("/power/state"), "running");
+    EXPECT_TRUE(InOrder(tolm.Syslog(), {"Restoring factory defaults", "Initializing evtuser library"}));
+    EXPECT_TRUE(tolm.WaitForEvent("@&!*@*@(evt.user.tolm.restore.factory.defaults)Restoring factory defaults"));
+
+    ASSERT_TRUE(tolm.WaitForQuiet());
+    tolm.SendEsc();  // ignored
+    tolm.Press(Key::F11);
+    EXPECT_TRUE(tolm.WaitForQuiet());
+    EXPECT_TRUE(tolm.Running());
+    EXPECT_EQ(tolm.State("/power/state"), "running");
+    tolm.Press(Key::Enter);
+    EXPECT_EQ(tolm.WaitForExit(), ExitStatus::Exited(0));
+    EXPECT_EQ(tolm.State("/power/state"), "restarting");
+    EXPECT_EQ(tolm.State("/tools/counts/rebootForced"), 1);
+}
+
+TEST(Reset, EscCancels)
+{
+    Console tolm("typical");
+    tolm.Start();
+    ASSERT_TRUE(LogInToMenu(tolm));
+    tolm.Press(Key::Up);  // wraps nowhere: stays on the first entry
+    tolm.Press(Key::Down, 10);
+    ASSERT_TRUE(ShowsEntry(tolm, "Reset System Configuration"));
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForText("Reset System Configuration now?"));
+    ASSERT_TRUE(tolm.WaitForQuiet());
+    tolm.SendEsc();
+    EXPECT_TRUE(tolm.WaitForTextGone("Reset System Configuration now?"));
+    EXPECT_TRUE(ShowsEntry(tolm, "Reset System Configuration"));
+    EXPECT_EQ(tolm.Syslog().find("Restoring factory defaults"), std::string::npos);
+    EXPECT_EQ(tolm.State("/tools/counts/factoryReset"), nullptr);
+}
+
+}  // namespace
+}  // namespace Tolm::E2E
