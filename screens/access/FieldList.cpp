@@ -3,9 +3,6 @@
 #include <string.h>
 
 #include "frame/Keys.h"
-#include "host/HostCtlException.h"
-#include "host/Log.h"
-#include "host/TarnCtlNetwork.h"
 #include "ui/Dialog.h"
 #include "ui/InputItem.h"
 #include "ui/Item.h"
@@ -91,23 +88,6 @@ void Wipe(std::string& text)
 {
     explicit_bzero(text.data(), text.size());
     text.clear();
-}
-
-std::string HostAndDomain()
-{
-    TarnCtl::Network::DnsConfigImpl dns(TarnCtl::Network::DEFAULT_TCPIP_STACK);
-    std::string host, domain;
-    try {
-        host = dns.GetHostname();
-    } catch (const HostCtl::Lib::HostCtlException& e) {
-        Log::Write(LOG_ERR, "Getting hostname failed: %s", e.what());
-    }
-    try {
-        domain = dns.GetDomain();
-    } catch (const HostCtl::Lib::HostCtlException& e) {
-        Log::Write(LOG_ERR, "Getting domain failed: %s", e.what());
-    }
-    return host + "." + domain;
 }
 
 }  // namespace Tolm

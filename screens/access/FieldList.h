@@ -48,8 +48,4 @@ private:
 // Overwrites a string's characters (passwords) before it is released.
 void Wipe(std::string& text);
 
-// "host.domain" of the default network stack; a part whose query fails is
-// left empty (and logged).
-std::string HostAndDomain();
-
 }  // namespace Tolm

@@ -11,6 +11,7 @@
 #include "host/HostCtlException.h"
 #include "host/Log.h"
 #include "host/TarnCtlSystem.h"
+#include "screens/access/HostAndDomain.h"
 #include "screens/access/Pam.h"
 #include "screens/system/KeyboardDialog.h"
 #include "ui/InputItem.h"

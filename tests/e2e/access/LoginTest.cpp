@@ -117,11 +117,15 @@ TEST(Login, SerialLineHasNoKeyboardLineAndStartsOnTheLoginName)
     ConsoleOptions options;
     options.term = "vt100";
     Console tolm(options);
+    tolm.SetValue("/faults/GetHostname", "resolver down");
     tolm.Start();
     ASSERT_TRUE(Started(tolm));
     tolm.PressSerial(Key::F2);
     ASSERT_TRUE(tolm.WaitForText("Login Name:") && Settle(tolm));
     EXPECT_FALSE(tolm.HasText("Configured Keyboard"));
+    // The failed host-name query leaves its part of the prompt empty.
+    EXPECT_TRUE(tolm.HasText(" .lab.example.com."));
+    EXPECT_FALSE(tolm.HasText("tarnhost01"));
     // Tab on the password wraps to the login name, the first item here.
     tolm.Press(Key::Tab, 2);
     tolm.Type("admin");
