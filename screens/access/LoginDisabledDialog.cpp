@@ -3,9 +3,7 @@
 #include <string>
 
 #include "frame/Keys.h"
-#include "host/HostCtlException.h"
-#include "host/Log.h"
-#include "host/TarnCtlNetwork.h"
+#include "screens/access/HostAndDomain.h"
 #include "ui/catalogue/StringFactory.h"
 
 namespace Tolm {
@@ -20,31 +18,15 @@ constexpr int TITLE_HEIGHT = 6;
 constexpr unsigned ID_TITLE = 147;
 constexpr unsigned ID_TEXT = 148;
 
-// A failed query leaves its part of the sentence empty.
-template <class F>
-std::string Ask(const char* prefix, F&& query)
-{
-    try {
-        return query();
-    } catch (const HostCtl::Lib::HostCtlException& e) {
-        Log::Write(LOG_ERR, "%s %s", prefix, e.what());
-        return "";
-    }
-}
-
 }  // namespace
 
 LoginDisabledDialog::LoginDisabledDialog(Frame* parent) : Dialog(parent, WIDTH, HEIGHT, TITLE_HEIGHT) {}
 
 int LoginDisabledDialog::Execute()
 {
-    TarnCtl::Network::DnsConfigImpl dns(TarnCtl::Network::DEFAULT_TCPIP_STACK);
-    const std::string host = Ask("Getting hostname failed:", [&] { return dns.GetHostname(); });
-    const std::string domain = Ask("Getting domain failed:", [&] { return dns.GetDomain(); });
-
     const auto text = [this](unsigned id) { return std::string(_factory ? _factory->GetString(id) : ""); };
     SetTitle(text(ID_TITLE));
-    SetText(text(ID_TEXT) + host + "." + domain + ".");
+    SetText(text(ID_TEXT) + HostAndDomain() + ".");
     SetFooter(FOOTER_ENTER_OK);
 
     for (;;) {
