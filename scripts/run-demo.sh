@@ -23,7 +23,8 @@ while true; do
   state=$("$bin/tolm-hostsim" --root "$root" get /power/state 2>/dev/null | tr -d '"' || echo running)
   case "$state" in
     restarting)
-      "$bin/tolm-hostsim" --root "$root" set /power/state '"running"'
+      # The host comes back up as after a real restart (IPv6 switch, DHCP, boot count).
+      "$bin/tolm-hostsim" --root "$root" boot
       clear; echo "The simulated host restarted."; sleep 1 ;;
     *) break ;;
   esac
