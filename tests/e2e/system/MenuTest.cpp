@@ -202,3 +202,39 @@ TEST(SystemMenu, EscLogsOut)
 
 }  // namespace
 }  // namespace Tolm::E2E
+
+namespace Tolm::E2E {
+namespace {
+
+TEST(SystemMenu, EntriesOpenTheirDialogs)
+{
+    Console tolm("typical");
+    tolm.Start();
+    ASSERT_TRUE(LogInToMenu(tolm));
+    struct Opened {
+        int downs;  // from the entry before
+        const char* entry;
+        const char* shows;
+    };
+    const Opened opened[] = {
+        {0, "Configure Password", "Old Password:"},
+        {1, "Configure Lockdown Mode", "Enable lockdown mode"},
+        {5, "Configure Keyboard", "(o) US Default"},
+    };
+    for (const Opened& o : opened) {
+        tolm.Press(Key::Down, o.downs);
+        ASSERT_TRUE(ShowsEntry(tolm, o.entry));
+        ASSERT_TRUE(tolm.WaitForQuiet());
+        tolm.Press(Key::Enter);
+        EXPECT_TRUE(tolm.WaitForText(o.shows)) << o.entry;
+        ASSERT_TRUE(tolm.WaitForQuiet());
+        tolm.SendEsc();
+        EXPECT_TRUE(tolm.WaitForTextGone(o.shows)) << o.entry;
+        EXPECT_TRUE(ShowsEntry(tolm, o.entry));
+        ASSERT_TRUE(tolm.WaitForQuiet());
+    }
+    EXPECT_TRUE(tolm.Running());
+}
+
+}  // namespace
+}  // namespace Tolm::E2E
