@@ -241,6 +241,7 @@ TEST(StatusScreen, ColoursAndTheBlackAndWhiteSwitch)
                    tolm.CellAt(product.col, product.row).reverse;
         },
         "black-and-white rendering"));
+    ASSERT_TRUE(tolm.WaitForQuiet());
     tolm.Press(Key::F4);
     EXPECT_TRUE(tolm.WaitUntil(coloured, "colours back"));
 }
