@@ -119,6 +119,8 @@ public:
     virtual std::vector<HostCtl::Hardware::SmartCardSlot> GetSmartCardSlots() = 0;
 
     // System.
+    // "running", "poweredOff" or "restarting".
+    virtual std::string GetPowerState() = 0;
     virtual std::string GetKeyboardLayout() = 0;
     virtual std::vector<std::string> GetKeyboardLayouts() = 0;
     virtual void SetKeyboardLayout(const std::string& name) = 0;

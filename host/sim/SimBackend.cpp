@@ -206,6 +206,17 @@ std::vector<HostCtl::Hardware::SmartCardSlot> SimBackend::GetSmartCardSlots()
     return out;
 }
 
+std::string SimBackend::GetPowerState()
+{
+    // The simulated power tools only record the new state: this is how the
+    // console learns that its host went down.
+    const json state = Load();
+    const json* power = state.contains("power") ? &state["power"] : nullptr;
+    if (power != nullptr && power->is_object() && power->contains("state") && (*power)["state"].is_string())
+        return (*power)["state"].get<std::string>();
+    return "running";
+}
+
 std::string SimBackend::GetKeyboardLayout()
 {
     return Get<std::string>(Load(), "/system/keyboard/current");

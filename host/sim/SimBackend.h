@@ -65,6 +65,7 @@ public:
     Host::HardwareRecord GetHardware() override;
     std::vector<HostCtl::Hardware::SmartCardSlot> GetSmartCardSlots() override;
 
+    std::string GetPowerState() override;
     std::string GetKeyboardLayout() override;
     std::vector<std::string> GetKeyboardLayouts() override;
     void SetKeyboardLayout(const std::string& name) override;
