@@ -120,8 +120,11 @@ void Window::Draw(bool active)
             ShowCursor(false);
         }
     }
-    SetBackground(_win, attr);
+    // Children share our storage, and a new background recolours only the
+    // cells that still carry the window's previous one. Recolouring the
+    // children first keeps our change from hiding their old background.
     for (Window* child : std::vector<Window*>(_children)) child->Draw(active);
+    SetBackground(_win, attr);
     Push();
     if (active && topLevel && _savedValid) {
         _savedValid = false;

@@ -127,12 +127,6 @@ void WelcomeWindow::Draw(bool active)
 {
     Compose();
     Frame::Draw(active);
-    // A changed background does not recolour blanks that already carry a
-    // colour pair (after dimming or a black-and-white switch): blank both
-    // halves in their new colours and draw the text again.
-    _upper->Erase();
-    _lower->Erase();
-    Frame::Draw(active);
 }
 
 void WelcomeWindow::Refresh() { Draw(true); }

@@ -124,6 +124,28 @@ TEST(StatusKeys, AfterAMinuteTheScreenDimsAndTheNextKeyRepaintsIt)
     EXPECT_TRUE(tolm.HasText("http://tarnhost01/"));
 }
 
+TEST(StatusKeys, DimmedMenuGetsItsPaneColoursBackOnTheNextKey)
+{
+    ConsoleOptions options;
+    options.fixture = "typical";
+    options.term = "xterm-256color";
+    Console tolm(options);
+    tolm.UseFakeTime("+0 x60");
+    tolm.Start();
+    ASSERT_TRUE(StatusUp(tolm));
+    LogIn(tolm);
+    InMenu(tolm);
+    // Blank cells of the left (yellow) and right (dark grey) panes.
+    const auto panes = [&](int left, int right) {
+        return tolm.CellAt(20, 3).bg == left && tolm.CellAt(60, 3).bg == right;
+    };
+    ASSERT_TRUE(tolm.WaitUntil([&] { return panes(0, 0); }, "both panes dimmed"));
+    // Dimming discards type-ahead; the key must come after it.
+    ASSERT_TRUE(tolm.WaitForQuiet());
+    tolm.Press(Key::Up);
+    EXPECT_TRUE(tolm.WaitUntil([&] { return panes(3, 6); }, "pane colours restored"));
+}
+
 TEST(StatusKeys, SessionFromF2EndsWithLogoutAndF12LeadsToShutdown)
 {
     Console tolm("typical");
