@@ -96,7 +96,16 @@ int RunConsole(int argc, char** argv, const std::function<std::unique_ptr<Frame>
     // Machines without the English UTF-8 locale still need UTF-8 output.
     if (!std::setlocale(LC_ALL, "en_US.UTF-8")) std::setlocale(LC_ALL, "C.UTF-8");
 
-    initscr();
+    // A serial line may come up with TERM unset or naming a terminal the
+    // host does not describe; initscr would end the process then. The
+    // console must come up, so fall back to the plainest serial terminal.
+    if (newterm(nullptr, stdout, stdin) == nullptr) {
+        Log::Write(LOG_ERR, "Unknown terminal type '%s', using vt100", term ? term : "");
+        if (newterm("vt100", stdout, stdin) == nullptr) {
+            Log::Write(LOG_ERR, "Cannot start curses on this terminal");
+            return 0;
+        }
+    }
     start_color();
     std::atexit(EndCursesAtExit);
 

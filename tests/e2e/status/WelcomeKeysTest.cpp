@@ -228,7 +228,8 @@ TEST(StatusKeys, SerialFormsReachTheLoginDialog)
 
 TEST(StatusKeys, OnlyXtermAndLinuxCountAsTheLocalConsole)
 {
-    for (const char* term : {"xterm", "linux", "xterm-256color", "vt100"}) {
+    // An unset TERM, or one the host does not describe, is a serial line too.
+    for (const char* term : {"xterm", "linux", "xterm-256color", "vt100", "", "no-such-terminal"}) {
         SCOPED_TRACE(std::string("TERM=") + term);
         ConsoleOptions options;
         options.fixture = "typical";
