@@ -4,19 +4,12 @@
 // process-wide terminal flags. Only frame/ and ui/ include this (it pulls in
 // curses).
 #include <curses.h>
-#include <termios.h>
 
 #include "frame/Colors.h"
 #include "frame/Keys.h"
+#include "frame/TerminalFlags.h"
 
 namespace Tolm {
-
-// True unless TERM is exactly "linux" or "xterm".
-extern bool runningOverSerial;
-// Render without colour pairs: dark backgrounds become standout.
-extern bool bwColor;
-// Attributes of standard output as found at start.
-extern struct termios orig_termios;
 
 // An attribute together with its colour pair. The pair travels separately
 // because a 256-colour terminal uses pair numbers that do not fit into the

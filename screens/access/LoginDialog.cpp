@@ -7,7 +7,7 @@
 
 #include "exec/Events.h"
 #include "frame/Keys.h"
-#include "frame/Terminal.h"
+#include "frame/TerminalFlags.h"
 #include "host/HostCtlException.h"
 #include "host/Log.h"
 #include "host/TarnCtlSystem.h"
