@@ -76,6 +76,11 @@ Frame::Frame(Frame* parent, int x, int y, int width, int height, int background,
 {
 }
 
+std::string Frame::Text(unsigned id) const
+{
+    return _factory != nullptr ? _factory->GetString(id) : "";
+}
+
 Frame::~Frame()
 {
     // The catalogue lives for the whole process; only our handle goes.

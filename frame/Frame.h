@@ -52,6 +52,8 @@ public:
 
     Frame* ParentFrame() const { return _parentFrame; }
     StringFactory* Factory() const { return _factory; }
+    // The catalogue text `id`; empty when there is no catalogue.
+    std::string Text(unsigned id) const;
 
     // Run `window` modally: dim the parent, draw the window, Execute, redraw
     // the parent. TolmTimeout passes through (parent not redrawn).

@@ -60,8 +60,6 @@ ChangePasswordDialog::ChangePasswordDialog(Frame* parent)
     _fields.SetItems(std::move(items));
 }
 
-const char* ChangePasswordDialog::Text(unsigned id) const { return _factory ? _factory->GetString(id) : ""; }
-
 void ChangePasswordDialog::ShowError(unsigned messageId)
 {
     MessageDialog message(this, ID_ERROR_TITLE, messageId);

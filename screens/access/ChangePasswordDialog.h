@@ -21,7 +21,6 @@ private:
     // True when the password was changed.
     bool Submit();
     void ShowError(unsigned messageId);
-    const char* Text(unsigned id) const;
 
     FieldList _fields;
     InputItem* _old = nullptr;

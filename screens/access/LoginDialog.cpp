@@ -86,8 +86,6 @@ LoginDialog::LoginDialog(Frame* parent)
     _fields.SetItems(std::move(items));
 }
 
-const char* LoginDialog::Text(unsigned id) const { return _factory ? _factory->GetString(id) : ""; }
-
 void LoginDialog::Fill()
 {
     SetTitle(Text(ID_TITLE));

@@ -24,7 +24,6 @@ private:
     void UpdateKeyboardLine();
     // True when the user got in.
     bool TryLogin();
-    const char* Text(unsigned id) const;
 
     FieldList _fields;
     LabelItem* _keyboard = nullptr;  // absent over a serial line

@@ -24,7 +24,7 @@ LoginDisabledDialog::LoginDisabledDialog(Frame* parent) : Dialog(parent, WIDTH, 
 
 int LoginDisabledDialog::Execute()
 {
-    const auto text = [this](unsigned id) { return std::string(_factory ? _factory->GetString(id) : ""); };
+    const auto text = [this](unsigned id) { return std::string(Text(id)); };
     SetTitle(text(ID_TITLE));
     SetText(text(ID_TEXT) + HostAndDomain() + ".");
     SetFooter(FOOTER_ENTER_OK);

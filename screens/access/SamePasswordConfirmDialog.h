@@ -1,14 +1,12 @@
 #pragma once
-// Asks whether to keep a new password that equals the old one.
-#include "ui/Dialog.h"
+// Asks whether to keep a new password that equals the old one: 1 Enter, 0 Esc.
+#include "ui/ConfirmDialog.h"
 
 namespace Tolm {
 
-class SamePasswordConfirmDialog : public Dialog {
+class SamePasswordConfirmDialog : public ConfirmDialog {
 public:
     explicit SamePasswordConfirmDialog(Frame* parent);
-    // 1 for Enter (go ahead), 0 for Esc.
-    int Execute() override;
 };
 
 }  // namespace Tolm

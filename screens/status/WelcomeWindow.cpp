@@ -118,7 +118,7 @@ void WelcomeWindow::Compose()
         _alertRaised = false;
     }
 
-    const auto text = [this](unsigned id) { return std::string(_factory ? _factory->GetString(id) : ""); };
+    const auto text = [this](unsigned id) { return std::string(Text(id)); };
     SetIfChanged(_footer, "<F2> {color:dark-grey}" + text(ID_FOOTER_LOGIN) + "{/color}" +
                               "{align:right}<F12> {color:dark-grey}" + text(ID_FOOTER_SHUTDOWN) + "{/color}{/align}");
 }

@@ -14,7 +14,7 @@
 #include "screens/system/LogViewer.h"
 #include "screens/system/RestoreDialog.h"
 #include "screens/system/SupportPages.h"
-#include "screens/system/Texts.h"
+#include "ui/catalogue/StringFactory.h"
 #include "ui/Item.h"
 #include "ui/ItemList.h"
 #include "ui/TextArea.h"
@@ -128,7 +128,6 @@ GeneralWindow::GeneralWindow(Frame* parent, bool passwordSet) : RootWindow(paren
 
 GeneralWindow::~GeneralWindow() = default;
 
-std::string GeneralWindow::Text(unsigned id) const { return CatalogueText(_factory, id); }
 
 void GeneralWindow::ReadHost()
 {

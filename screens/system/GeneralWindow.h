@@ -48,7 +48,6 @@ private:
     bool IsEnabled(const GeneralMenuEntry& entry) const;
     void Open(const GeneralMenuEntry& entry);
     void TurnSupportPage(int delta);
-    std::string Text(unsigned id) const;
 
     std::vector<std::string> _supportPages;
     size_t _supportPage = 0;

@@ -3,7 +3,7 @@
 #include "frame/Keys.h"
 #include "host/HostCtlException.h"
 #include "host/Log.h"
-#include "screens/system/Texts.h"
+#include "ui/catalogue/StringFactory.h"
 #include "ui/Item.h"
 #include "ui/ItemList.h"
 #include "ui/MessageDialog.h"
@@ -88,8 +88,8 @@ bool KeyboardDialog::Apply()
 
 int KeyboardDialog::Execute()
 {
-    SetTitle(CatalogueText(_factory, ID_TITLE));
-    SetText(CatalogueText(_factory, ID_TEXT));
+    SetTitle(Text(ID_TITLE));
+    SetText(Text(ID_TEXT));
     SetFooter(FOOTER);
     if (_items) _items->Redraw();
     for (;;) {

@@ -3,7 +3,7 @@
 #include "exec/Exec.h"
 #include "exec/ShellCommand.h"
 #include "screens/system/HostDown.h"
-#include "screens/system/Texts.h"
+#include "ui/catalogue/StringFactory.h"
 
 namespace Tolm {
 
@@ -14,8 +14,8 @@ PowerConfirmDialog::PowerConfirmDialog(Frame* parent, bool force, Action action)
 
 int PowerConfirmDialog::Execute()
 {
-    SetTitle(CatalogueText(_factory, _action.titleId));
-    SetText(CatalogueText(_factory, _action.textId));
+    SetTitle(Text(_action.titleId));
+    SetText(Text(_action.textId));
     PowerOffVms(!_force);
     if (RunShellCommand(_action.command) == -1) return 0;
     AwaitHostDown(this);

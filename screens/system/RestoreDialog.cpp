@@ -5,7 +5,7 @@
 #include "frame/Keys.h"
 #include "host/Log.h"
 #include "screens/system/HostDown.h"
-#include "screens/system/Texts.h"
+#include "ui/catalogue/StringFactory.h"
 #include "ui/Item.h"
 #include "ui/ItemList.h"
 
@@ -60,9 +60,9 @@ void RestoreDialog::AwaitKey(int key)
 
 int RestoreDialog::Execute()
 {
-    SetTitle(CatalogueText(_factory, ID_CONFIRM_TITLE));
-    SetText(CatalogueText(_factory, ID_CONFIRM_TEXT));
-    ShowLabel(CatalogueText(_factory, ID_QUESTION));
+    SetTitle(Text(ID_CONFIRM_TITLE));
+    SetText(Text(ID_CONFIRM_TEXT));
+    ShowLabel(Text(ID_QUESTION));
     SetFooter(FOOTER_CONFIRM);
     for (;;) {
         const int key = Frame::GetKey(this, true);
@@ -73,14 +73,14 @@ int RestoreDialog::Execute()
     Log::Write(LOG_INFO, "%s", "Restoring factory defaults");
     RaiseEvent(Events::RestoreFactoryDefaults);
 
-    SetTitle(CatalogueText(_factory, ID_BUSY_TITLE));
-    SetText(CatalogueText(_factory, ID_BUSY_TEXT));
+    SetTitle(Text(ID_BUSY_TITLE));
+    SetText(Text(ID_BUSY_TEXT));
     SetFooter("");
     if (RunShellCommand(RESET_COMMAND, RESET_ARGS) == -1) return 0;
 
     ShowLabel("");
     SetFooter(FOOTER_RESTART);
-    SetText(CatalogueText(_factory, ID_DONE_TEXT));
+    SetText(Text(ID_DONE_TEXT));
     AwaitKey(Key::Enter);
 
     if (RunShellCommand("reboot", "-f") == -1) return 0;

@@ -1,13 +1,12 @@
 #pragma once
 // Yes/no warning before an operation that disturbs running VMs: 1 Enter, 0 Esc.
-#include "ui/Dialog.h"
+#include "ui/ConfirmDialog.h"
 
 namespace Tolm {
 
-class RunningVMsWarningDialog : public Dialog {
+class RunningVMsWarningDialog : public ConfirmDialog {
 public:
     explicit RunningVMsWarningDialog(Frame* parent);
-    int Execute() override;
 };
 
 }  // namespace Tolm

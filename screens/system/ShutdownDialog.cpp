@@ -5,7 +5,7 @@
 #include "host/Log.h"
 #include "screens/system/RebootConfirmDialog.h"
 #include "screens/system/ShutdownConfirmDialog.h"
-#include "screens/system/Texts.h"
+#include "ui/catalogue/StringFactory.h"
 #include "ui/Item.h"
 #include "ui/ItemList.h"
 
@@ -50,7 +50,7 @@ const PowerChoice kChoices[] = {
 
 ShutdownDialog::ShutdownDialog(Frame* parent)
     : Dialog(parent, WIDTH, HEIGHT, TITLE_HEIGHT),
-      _force(std::make_unique<CheckItem>(CatalogueText(_factory, ID_FORCE)))
+      _force(std::make_unique<CheckItem>(Text(ID_FORCE)))
 {
     if (Window* content = Content()) {
         _items = content->AddChild<ItemList>(0, 0, content->Width(), content->Height());
@@ -62,8 +62,8 @@ ShutdownDialog::~ShutdownDialog() = default;
 
 int ShutdownDialog::Execute()
 {
-    SetTitle(CatalogueText(_factory, ID_TITLE));
-    SetText(CatalogueText(_factory, ID_TEXT));
+    SetTitle(Text(ID_TITLE));
+    SetText(Text(ID_TEXT));
     SetFooter(FOOTER);
     if (_items) _items->Redraw();
     for (;;) {

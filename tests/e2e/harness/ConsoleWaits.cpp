@@ -155,6 +155,11 @@ bool Console::Fail(std::string_view what, Duration timeout, const std::source_lo
         std::lock_guard lock(mu_);
         ended = eof_;
     }
+    // The terminal closes a moment before the process can be reaped.
+    for (auto until = Clock::now() + Scaled(2s); ended && !exit_ && Clock::now() < until;) {
+        std::this_thread::sleep_for(10ms);
+        Reap(false);
+    }
     if (pid_ <= 0)
         msg << "No program was started while waiting for " << what << ".\n";
     else if (ended && exit_)

@@ -45,6 +45,9 @@ struct PowerCase {
     const char* webState;  // the machine whose policy is to suspend
 };
 
+// Keeps test listings readable (the default prints the struct's bytes).
+void PrintTo(const PowerCase& c, std::ostream* os) { *os << c.name; }
+
 class PowerTest : public ::testing::TestWithParam<PowerCase> {};
 
 TEST_P(PowerTest, StopsVmsRunsTheCommandAndEnds)
