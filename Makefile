@@ -4,7 +4,7 @@ BUILD_TYPE ?= RelWithDebInfo
 SANITIZE ?= OFF
 JOBS ?= $(shell nproc)
 
-.PHONY: deps configure build test run clean sanitize
+.PHONY: deps configure build test run clean sanitize install
 
 deps:
 	@scripts/install-deps.sh
@@ -24,6 +24,10 @@ sanitize:
 
 run: build
 	@scripts/run-demo.sh $(BUILD)
+
+# On a real host: the console into /usr/local/sbin and its PAM service into /etc/pam.d.
+install: build
+	@cmake --install $(BUILD)
 
 clean:
 	rm -rf $(BUILD) build-asan
