@@ -1,5 +1,7 @@
 #include "ui/InputItem.h"
 
+#include <string.h>
+
 #include <algorithm>
 
 #include "frame/Keys.h"
@@ -9,6 +11,7 @@ namespace Tolm {
 
 namespace {
 constexpr int CTRL_H = 8;
+constexpr std::size_t MASKED_CAPACITY = 512;
 }
 
 InputItem::InputItem(std::string label, std::string value, int fieldWidth)
@@ -17,8 +20,37 @@ InputItem::InputItem(std::string label, std::string value, int fieldWidth)
     SetValue(std::move(value));
 }
 
+InputItem::~InputItem()
+{
+    if (_masked) Wipe();
+}
+
+void InputItem::SetMasked(bool masked)
+{
+    _masked = masked;
+    // Room for any password typed by hand, so editing never moves the
+    // secret to a new buffer and leaves a copy behind.
+    if (_masked) _value.reserve(MASKED_CAPACITY);
+}
+
+void InputItem::Wipe()
+{
+    // Bytes between size and capacity may hold earlier, longer values.
+    _value.resize(_value.capacity());
+    explicit_bzero(_value.data(), _value.size());
+    Empty();
+}
+
 void InputItem::SetValue(std::string value)
 {
+    if (_masked) {
+        Wipe();
+        _value.append(value);
+        explicit_bzero(value.data(), value.size());
+        _cursor = static_cast<int>(_value.size());
+        _fresh = true;
+        return;
+    }
     _value = std::move(value);
     _cursor = static_cast<int>(_value.size());
     _fresh = true;
@@ -108,8 +140,9 @@ std::string InputItem::RowText(int rowWidth)
     }
     _first = std::clamp(_first, 0, length);
 
-    std::string visible = _value.substr(static_cast<std::size_t>(_first), static_cast<std::size_t>(field));
-    if (_masked) visible.assign(visible.size(), '*');
+    const std::size_t shown = std::min(_value.size() - static_cast<std::size_t>(_first), static_cast<std::size_t>(field));
+    // A masked value is never copied, not even for drawing.
+    std::string visible = _masked ? std::string(shown, '*') : _value.substr(static_cast<std::size_t>(_first), shown);
     // Braces always open a tag in markup; a field never shows one as such.
     for (char& c : visible)
         if (c == '{') c = '(';

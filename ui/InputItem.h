@@ -12,6 +12,7 @@ class InputItem : public Item {
 public:
     // `fieldWidth` -1: half the row's width minus one.
     InputItem(std::string label, std::string value, int fieldWidth = -1);
+    ~InputItem() override;
 
     void Changed() override { _fresh = true; }
     void Render(TextArea& row) override;
@@ -26,9 +27,13 @@ public:
     // printable characters).
     void HandleKey(int key);
 
-    // Passwords show one "*" per visible character.
-    void SetMasked(bool masked) { _masked = masked; }
+    // Passwords show one "*" per visible character, and a masked value is
+    // kept in one buffer that is overwritten when emptied or destroyed.
+    void SetMasked(bool masked);
     bool IsMasked() const { return _masked; }
+
+    // Overwrite the value's storage, then empty it.
+    void Wipe();
 
     int Cursor() const { return _cursor; }
     int FirstVisible() const { return _first; }

@@ -79,15 +79,8 @@ bool FieldList::Edit(int key)
 
 void FieldList::Clear(InputItem& field)
 {
-    // The item hands out its text read-only; the storage itself is ours to scrub.
-    Wipe(const_cast<std::string&>(field.Value()));
+    field.Wipe();
     field.SetValue("");
-}
-
-void Wipe(std::string& text)
-{
-    explicit_bzero(text.data(), text.size());
-    text.clear();
 }
 
 }  // namespace Tolm

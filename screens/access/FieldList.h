@@ -45,7 +45,4 @@ private:
     std::vector<std::unique_ptr<Item>> _items;
 };
 
-// Overwrites a string's characters (passwords) before it is released.
-void Wipe(std::string& text);
-
 }  // namespace Tolm

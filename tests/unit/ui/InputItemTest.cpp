@@ -112,3 +112,20 @@ TEST(InputItem, RowTextHighlightsTheFocusedFieldAndMasksPasswords) {
     EXPECT_EQ(half.RowText(20), "N      [ 12 ]");
     EXPECT_EQ(half.CursorColumn(20), 20 - 9 - 2 + 2);
 }
+
+TEST(InputItem, MaskedValueStaysInOneBufferAndIsWiped) {
+    InputItem item("Password:", "", 30);
+    item.SetMasked(true);
+    const char* buffer = item.Value().data();
+    // A long password typed by hand never moves to a new buffer, which would
+    // leave a copy of its start behind in freed memory.
+    Type(item, std::string(200, 'p'));
+    EXPECT_EQ(item.Value().data(), buffer);
+    item.SetValue("replacement");
+    EXPECT_EQ(item.Value().data(), buffer);
+
+    item.Wipe();
+    EXPECT_EQ(item.Value(), "");
+    EXPECT_EQ(item.Cursor(), 0);
+    EXPECT_EQ(std::string(buffer, 200), std::string(200, '\0'));
+}
