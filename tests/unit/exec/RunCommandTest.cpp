@@ -59,8 +59,14 @@ TEST_F(RunCommandTest, ReturnsExitStatusAndSeparatesOutputFromErrors)
     EXPECT_EQ(std::string(out, outLength), "to out");
     EXPECT_EQ(std::string(err, errLength), "to err");
     EXPECT_EQ(RunScript("exit 255"), 255);
-    EXPECT_EQ(RunScript("exit 0"), 0);
     EXPECT_THAT(LogLines(), IsEmpty());
+
+    // Without buffers the lengths are left as they were.
+    outLength = 77;
+    errLength = 88;
+    EXPECT_EQ(RunScript("echo out; echo err >&2; exit 2", nullptr, &outLength, nullptr, &errLength), 2);
+    EXPECT_EQ(outLength, 77u);
+    EXPECT_EQ(errLength, 88u);
 }
 
 TEST_F(RunCommandTest, ResolvesPathInRootKeepsArgvAndClearsEnvironment)
@@ -110,14 +116,12 @@ TEST_F(RunCommandTest, TimeLimitKillsChildAndLogsBothLines)
     EXPECT_EQ(std::string(out, outLength), "started");
     EXPECT_THAT(LogLines(),
                 ElementsAre("user.warning: Killing process because 1 seconds timeout expired", kNotNormal));
-}
 
-TEST_F(RunCommandTest, QuickChildUnderTimeLimitReturnsItsStatus)
-{
-    auto start = std::chrono::steady_clock::now();
+    // A child that ends in time returns its own status at once.
+    start = std::chrono::steady_clock::now();
     EXPECT_EQ(RunScript("exit 7", nullptr, nullptr, nullptr, nullptr, nullptr, 0, 120), 7);
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5));
-    EXPECT_THAT(LogLines(), IsEmpty());
+    EXPECT_EQ(LogLines().size(), 2u);
 }
 
 TEST_F(RunCommandTest, OutputBeyondCapacityIsCutAndDiscarded)
@@ -135,15 +139,6 @@ TEST_F(RunCommandTest, OutputBeyondCapacityIsCutAndDiscarded)
     EXPECT_EQ(out[255], '#');
     EXPECT_EQ(errLength, 4u);
     EXPECT_EQ(std::string(err, 4), "1234");
-}
-
-TEST_F(RunCommandTest, NullBuffersLeaveLengthsUntouched)
-{
-    unsigned int outLength = 77;
-    unsigned int errLength = 88;
-    EXPECT_EQ(RunScript("echo out; echo err >&2; exit 2", nullptr, &outLength, nullptr, &errLength), 2);
-    EXPECT_EQ(outLength, 77u);
-    EXPECT_EQ(errLength, 88u);
 }
 
 TEST_F(RunCommandTest, FeedsInputAndClosesStdin)

@@ -27,6 +27,29 @@ IpConfig DhcpConfig()
     return c;
 }
 
+TEST(ManagementInterface, FollowsTheTaggedInterfaceWhenItsNameIsGone)
+{
+    HostRoot root;
+    root.State().Update([](nlohmann::json& s) {
+        auto nic = s["network"]["kernelNics"][0];
+        nic["name"] = "tarn1";
+        s["network"]["kernelNics"].push_back(nic);
+        s["network"]["kernelNics"][0]["management"] = false;
+        s["network"]["managementInterface"] = "tarn7";
+    });
+    NetworkInfoImpl info;
+    EXPECT_FALSE(info.GetManagementInterface());  // names a missing interface
+    info.UpdateManagementInterface();
+    auto nic = info.GetManagementInterface();
+    ASSERT_TRUE(nic);
+    EXPECT_EQ("tarn1", nic->GetName());
+
+    root.Set("/network/kernelNics", nlohmann::json::array());
+    info.UpdateManagementInterface();
+    EXPECT_FALSE(info.GetManagementInterface());
+    EXPECT_THROW(nic->Refresh(), HostCtl::Lib::HostCtlException);
+}
+
 TEST(NetworkRules, DhcpGivesTheLeaseOrAFailedLookup)
 {
     HostRoot root;
