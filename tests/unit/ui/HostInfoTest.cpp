@@ -12,14 +12,6 @@
 using namespace Tolm::HostInfo;
 namespace fs = std::filesystem;
 
-TEST(HostInfo, PlaceholderNamesInTableOrder) {
-    std::vector<std::string> names;
-    for (const auto& [name, function] : Placeholders()) names.push_back(name);
-    EXPECT_EQ(names, (std::vector<std::string>{"ssl-thumbprint", "ssh-dsa-fingerprint", "ssh-rsa-fingerprint",
-                                               "talvoproduct", "talvoversion", "memory", "servicetag", "assettag",
-                                               "BIOSversion", "BMCversion", "CPLDversion", "PLSAversion"}));
-}
-
 TEST(HostInfo, ParsesToolOutput) {
     EXPECT_EQ(ParseSslFingerprint("SHA1 Fingerprint=AB:CD:EF\n"), "AB:CD:EF");
     EXPECT_EQ(ParseSslFingerprint("sha1 Fingerprint=01:02\n"), "01:02");
