@@ -1,5 +1,6 @@
 #pragma once
 // Steps the access tests share: waiting for the console to be up and logging in.
+#include <regex>
 #include <string>
 
 #include "harness/Console.h"
@@ -38,6 +39,20 @@ inline bool LogIn(Console& tolm, const std::string& password = DEMO_PASSWORD)
     tolm.Press(Key::Enter);
     return tolm.WaitForText("System Customization") && Settle(tolm);
 }
+
+// The row of the field labelled `label` comes to match `regex` after the label.
+inline bool FieldReads(Console& tolm, const std::string& label, const std::string& regex)
+{
+    const std::regex pattern(label + regex);
+    return tolm.WaitUntil(
+        [&] {
+            auto at = tolm.FindText(label);
+            return at && std::regex_search(tolm.Row(at->row), pattern);
+        },
+        "field " + label + " to read " + regex);
+}
+
+inline bool NameShows(Console& tolm, const std::string& name) { return FieldReads(tolm, "Login Name:", R"( +\[ )" + name + " "); }
 
 inline size_t Count(const std::string& text, const std::string& what)
 {
