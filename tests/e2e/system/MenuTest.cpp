@@ -1,9 +1,9 @@
 // The System Customization menu: which entries can be chosen on different
-// hosts, the help pane, support pages, the log viewer and logging out.
+// hosts, the dialogs they open, the help pane, support pages and the log
+// viewer.
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "SystemCommon.h"
@@ -31,16 +31,37 @@ TEST(SystemMenu, EntriesFollowTheHost)
     EXPECT_TRUE(tolm.WaitForRow(FOOTER_ROW, "<Up/Down> Select +<Enter> Change +<Esc> Log Out"));
     EXPECT_TRUE(tolm.WaitForLog("orla-cmd invocation: get orlasvc/auth/lockdown_is_enabled"));
 
-    // Every enabled entry in order; the spacers are skipped.
-    const char* order[] = {"Configure Lockdown Mode",   "Configure DriverVM Devices",
-                           "Configure Management Network", "Restart Management Network",
-                           "Test Management Network",   "Network Restore Options",
-                           "Configure Keyboard",        "Troubleshooting Options",
-                           "View System Logs",          "View Support Information",
-                           "Reset System Configuration"};
-    for (const char* entry : order) {
-        tolm.Press(Key::Down);
-        ASSERT_TRUE(ShowsEntry(tolm, entry)) << entry;
+    // Every enabled entry in order, the spacers skipped; the dialogs that
+    // exist open with Enter and give the entry back on Esc.
+    struct Entry {
+        const char* name;
+        const char* opens = nullptr;
+    };
+    const Entry order[] = {{"Configure Password", "Old Password:"},
+                           {"Configure Lockdown Mode", "Enable lockdown mode"},
+                           {"Configure DriverVM Devices"},
+                           {"Configure Management Network"},
+                           {"Restart Management Network"},
+                           {"Test Management Network"},
+                           {"Network Restore Options"},
+                           {"Configure Keyboard", "(o) US Default"},
+                           {"Troubleshooting Options"},
+                           {"View System Logs"},
+                           {"View Support Information"},
+                           {"Reset System Configuration"}};
+    for (const Entry& entry : order) {
+        SCOPED_TRACE(entry.name);
+        if (entry.name != order[0].name) tolm.Press(Key::Down);
+        ASSERT_TRUE(ShowsEntry(tolm, entry.name));
+        if (!entry.opens) continue;
+        ASSERT_TRUE(tolm.WaitForQuiet());
+        tolm.Press(Key::Enter);
+        EXPECT_TRUE(tolm.WaitForText(entry.opens));
+        ASSERT_TRUE(tolm.WaitForQuiet());
+        tolm.SendEsc();
+        EXPECT_TRUE(tolm.WaitForTextGone(entry.opens));
+        EXPECT_TRUE(ShowsEntry(tolm, entry.name));
+        ASSERT_TRUE(tolm.WaitForQuiet());
     }
     // The help pane and footer follow the selection.
     EXPECT_TRUE(tolm.WaitForText("All system parameters will be"));
@@ -103,46 +124,7 @@ TEST(SystemMenu, FailedInterfaceLookupAndPxeBootDisableEntries)
     EXPECT_TRUE(ShowsEntry(tolm, "Test Management Network"));
 }
 
-TEST(SystemMenu, SupportPagesTurnWithPageKeys)
-{
-    Console tolm("typical");
-    tolm.Start();
-    ASSERT_TRUE(LogInToMenu(tolm));
-    tolm.Press(Key::Down, 9);
-    ASSERT_TRUE(ShowsEntry(tolm, "View Support Information \\(1/3\\)"));
-    EXPECT_TRUE(tolm.WaitForText("Contacting support"));
-    EXPECT_TRUE(tolm.WaitForRow(FOOTER_ROW, "<Page Up> <Page Down> +<Esc> Log Out"));
-    tolm.Press(Key::PageUp);  // already on the first page
-    tolm.Press(Key::PageDown);
-    EXPECT_TRUE(ShowsEntry(tolm, "View Support Information \\(2/3\\)"));
-    tolm.Press(Key::PageDown, 3);  // stops at the last page
-    EXPECT_TRUE(ShowsEntry(tolm, "View Support Information \\(3/3\\)"));
-    EXPECT_TRUE(tolm.WaitForText("Licensing"));
-    EXPECT_FALSE(tolm.HasText("Contacting support"));
-    tolm.Press(Key::PageUp, 2);
-    EXPECT_TRUE(ShowsEntry(tolm, "View Support Information \\(1/3\\)"));
-    // Page keys elsewhere do nothing.
-    tolm.Press(Key::Up);
-    tolm.Press(Key::PageDown);
-    EXPECT_TRUE(ShowsEntry(tolm, "View System Logs"));
-}
-
-TEST(SystemMenu, SupportFileOfNotesGivesOneEmptyPage)
-{
-    Console tolm("typical");
-    {
-        std::ofstream support(tolm.RootPath("/etc/pellor/support"), std::ios::trunc);
-        support << "# note one\n# note two\n";
-    }
-    tolm.Start();
-    ASSERT_TRUE(LogInToMenu(tolm));
-    tolm.Press(Key::Down, 9);
-    ASSERT_TRUE(ShowsEntry(tolm, "View Support Information"));
-    EXPECT_FALSE(tolm.HasText("note"));
-    EXPECT_FALSE(tolm.HasText("(1/"));
-}
-
-TEST(SystemMenu, LogViewerOpensAndReturns)
+TEST(SystemMenu, LogViewerAndSupportPages)
 {
     Console tolm("typical");
     std::filesystem::remove(tolm.RootPath("/var/log/tarn.log"));
@@ -161,79 +143,37 @@ TEST(SystemMenu, LogViewerOpensAndReturns)
     EXPECT_TRUE(tolm.WaitForText("Configure Password"));
     EXPECT_TRUE(tolm.WaitForQuiet());
 
-    // A missing log: a log line, and the menu goes on.
+    // A missing log, or a pager that cannot start: a log line, and the menu goes on.
     tolm.Press(Key::F2);
     EXPECT_TRUE(tolm.WaitForLog("Cannot view log /var/log/tarn.log"));
     EXPECT_TRUE(tolm.WaitForQuiet());
-    tolm.Press(Key::Down);
-    EXPECT_TRUE(ShowsEntry(tolm, "View Support Information"));
-
-    // Log keys belong to the log entry only.
-    tolm.Press(Key::F1);
-    EXPECT_TRUE(tolm.WaitForQuiet());
-    EXPECT_FALSE(tolm.HasText("RegExp Search"));
-}
-
-TEST(SystemMenu, PagerThatCannotStartLeavesTheMenuUsable)
-{
-    Console tolm("typical");
     std::filesystem::remove(tolm.RootPath("/bin/less"));
-    tolm.Start();
-    ASSERT_TRUE(LogInToMenu(tolm));
-    tolm.Press(Key::Down, 8);
-    ASSERT_TRUE(ShowsEntry(tolm, "View System Logs"));
     tolm.Press(Key::F7);
     EXPECT_TRUE(tolm.WaitForLog("Could not run /bin/less on /var/log/evtd.log"));
     EXPECT_TRUE(tolm.WaitForQuiet());
+
+    // Support pages turn with the page keys and stop at either end.
+    tolm.Press(Key::Down);
+    ASSERT_TRUE(ShowsEntry(tolm, "View Support Information \\(1/3\\)"));
+    EXPECT_TRUE(tolm.WaitForText("Contacting support"));
+    EXPECT_TRUE(tolm.WaitForRow(FOOTER_ROW, "<Page Up> <Page Down> +<Esc> Log Out"));
+    tolm.Press(Key::PageUp);
+    tolm.Press(Key::PageDown);
+    EXPECT_TRUE(ShowsEntry(tolm, "View Support Information \\(2/3\\)"));
+    tolm.Press(Key::PageDown, 3);
+    EXPECT_TRUE(ShowsEntry(tolm, "View Support Information \\(3/3\\)"));
+    EXPECT_TRUE(tolm.WaitForText("Licensing"));
+    EXPECT_FALSE(tolm.HasText("Contacting support"));
+    tolm.Press(Key::PageUp, 2);
+    EXPECT_TRUE(ShowsEntry(tolm, "View Support Information \\(1/3\\)"));
+
+    // Log keys belong to the log entry, page keys to the support entry.
+    tolm.Press(Key::F1);
     tolm.Press(Key::Up);
-    EXPECT_TRUE(ShowsEntry(tolm, "Troubleshooting Options"));
-}
-
-TEST(SystemMenu, EscLogsOut)
-{
-    Console tolm("typical");
-    tolm.Start();
-    ASSERT_TRUE(LogInToMenu(tolm));
-    tolm.SendEsc();
-    EXPECT_TRUE(tolm.WaitForRow(-1, STATUS_FOOTER));
-    EXPECT_TRUE(tolm.WaitForLog("User root logged out."));
-    EXPECT_TRUE(tolm.Running());
-}
-
-}  // namespace
-}  // namespace Tolm::E2E
-
-namespace Tolm::E2E {
-namespace {
-
-TEST(SystemMenu, EntriesOpenTheirDialogs)
-{
-    Console tolm("typical");
-    tolm.Start();
-    ASSERT_TRUE(LogInToMenu(tolm));
-    struct Opened {
-        int downs;  // from the entry before
-        const char* entry;
-        const char* shows;
-    };
-    const Opened opened[] = {
-        {0, "Configure Password", "Old Password:"},
-        {1, "Configure Lockdown Mode", "Enable lockdown mode"},
-        {5, "Configure Keyboard", "(o) US Default"},
-    };
-    for (const Opened& o : opened) {
-        tolm.Press(Key::Down, o.downs);
-        ASSERT_TRUE(ShowsEntry(tolm, o.entry));
-        ASSERT_TRUE(tolm.WaitForQuiet());
-        tolm.Press(Key::Enter);
-        EXPECT_TRUE(tolm.WaitForText(o.shows)) << o.entry;
-        ASSERT_TRUE(tolm.WaitForQuiet());
-        tolm.SendEsc();
-        EXPECT_TRUE(tolm.WaitForTextGone(o.shows)) << o.entry;
-        EXPECT_TRUE(ShowsEntry(tolm, o.entry));
-        ASSERT_TRUE(tolm.WaitForQuiet());
-    }
-    EXPECT_TRUE(tolm.Running());
+    tolm.Press(Key::PageDown);
+    EXPECT_TRUE(ShowsEntry(tolm, "View System Logs"));
+    EXPECT_TRUE(tolm.WaitForQuiet());
+    EXPECT_FALSE(tolm.HasText("RegExp Search"));
 }
 
 }  // namespace
