@@ -99,12 +99,7 @@ void Console::Init(ConsoleOptions options)
     if (!mkdtemp(templ.data()))
         throw std::runtime_error("mkdtemp failed: " + std::string(strerror(errno)));
     tmpDir_ = templ;
-    ownsTmp_ = true;
 
-    if (!opts_.sharedRoot.empty()) {
-        root_ = opts_.sharedRoot;
-        return;
-    }
     root_ = tmpDir_ / "root";
     if (!opts_.createRoot) {
         fs::create_directories(root_);
@@ -133,8 +128,6 @@ Console::~Console()
     StopReader();
     if (master_ >= 0)
         close(master_);
-    if (!ownsTmp_)
-        return;
     if (::testing::Test::HasFailure()) {
         std::cerr << "[ harness  ] kept the files of the failed test in " << tmpDir_.string() << "\n";
     } else {
@@ -144,35 +137,6 @@ Console::~Console()
 }
 
 // ---- Options ---------------------------------------------------------------
-
-void Console::SetSize(int cols, int rows)
-{
-    if (pid_ > 0 && !exit_) {
-        Resize(cols, rows);
-        return;
-    }
-    opts_.cols = cols;
-    opts_.rows = rows;
-    std::lock_guard lock(mu_);
-    screen_->Resize(cols, rows);
-}
-
-void Console::SetTerm(std::string term)
-{
-    opts_.term = std::move(term);
-}
-
-void Console::SetEnv(const std::string& name, std::string value)
-{
-    unset_.erase(name);
-    opts_.env[name] = std::move(value);
-}
-
-void Console::UnsetEnv(const std::string& name)
-{
-    opts_.env.erase(name);
-    unset_.insert(name);
-}
 
 void Console::UseFakeTime(std::string spec)
 {
@@ -234,8 +198,6 @@ std::vector<std::string> Console::ChildEnvironment() const
 #endif
     for (const auto& [k, v] : opts_.env)
         env[k] = v;
-    for (const auto& k : unset_)
-        env.erase(k);
 
     std::vector<std::string> out;
     for (const auto& [k, v] : env)
@@ -251,14 +213,6 @@ void Console::Start(const std::vector<std::string>& args)
 void Console::StartProbe(const std::vector<std::string>& args)
 {
     Launch((BinDir() / "tolm-probe").string(), args);
-}
-
-void Console::StartProgram(const std::string& program, const std::vector<std::string>& args)
-{
-    const std::string path = FindProgram(program);
-    if (path.empty())
-        throw std::runtime_error("program not found: " + program);
-    Launch(path, args);
 }
 
 void Console::StartShell(const std::string& script)
@@ -516,12 +470,6 @@ std::string Console::Row(int row, Trim trim) const
 {
     std::lock_guard lock(mu_);
     return screen_->Row(row, trim);
-}
-
-std::string Console::ScreenText(Trim trim) const
-{
-    std::lock_guard lock(mu_);
-    return screen_->Text(trim);
 }
 
 Cell Console::CellAt(int col, int row) const

@@ -26,7 +26,6 @@
 #include <mutex>
 #include <optional>
 #include <ostream>
-#include <set>
 #include <source_location>
 #include <string>
 #include <string_view>
@@ -71,11 +70,9 @@ void PrintTo(const ExitStatus& s, std::ostream* os);
 
 struct ConsoleOptions {
     // Host root: create a fresh one with tolm-hostsim (fixture name or file;
-    // empty for the program's default), or use `sharedRoot` (another
-    // console's root, neither created nor removed here), or none at all.
+    // empty for the program's default), or none at all.
     std::string fixture;
     bool createRoot = true;
-    std::filesystem::path sharedRoot;
 
     int cols = 80;
     int rows = 25;
@@ -95,11 +92,7 @@ public:
     Console(const Console&) = delete;
     Console& operator=(const Console&) = delete;
 
-    // ---- Before start (also fine later: the state file is shared) ----------
-    void SetSize(int cols, int rows);
-    void SetTerm(std::string term);
-    void SetEnv(const std::string& name, std::string value);
-    void UnsetEnv(const std::string& name);
+    // ---- Before start ------------------------------------------------------
     // Run under libfaketime (e.g. "+0 x60" runs the clock 60 times faster);
     // the preload then holds both pam_wrapper and libfaketime.
     void UseFakeTime(std::string spec);
@@ -129,8 +122,6 @@ public:
     void Start(const std::vector<std::string>& args = {});
     // The widget probe (bin/tolm-probe).
     void StartProbe(const std::vector<std::string>& args);
-    // Any program; a name without "/" is looked up on the PATH.
-    void StartProgram(const std::string& program, const std::vector<std::string>& args = {});
     // /bin/sh -c script.
     void StartShell(const std::string& script);
 
@@ -159,7 +150,6 @@ public:
     int Cols() const;
     int Rows() const;
     std::string Row(int row, Trim trim = Trim::TrailingSpaces) const;  // -1: last row
-    std::string ScreenText(Trim trim = Trim::TrailingSpaces) const;     // rows joined by "\n"
     Cell CellAt(int col, int row) const;                                // row may be negative
     std::optional<Pos> FindText(std::string_view text) const;
     bool HasText(std::string_view text) const { return FindText(text).has_value(); }
@@ -213,9 +203,7 @@ private:
     ConsoleOptions opts_;
     std::filesystem::path tmpDir_;  // removed at the end unless the test failed
     std::filesystem::path root_;
-    bool ownsTmp_ = false;
     std::string fakeTime_;
-    std::set<std::string> unset_;
 
     pid_t pid_ = -1;
     std::optional<ExitStatus> exit_;

@@ -87,21 +87,6 @@ RunResult RunCapture(const std::vector<std::string>& argv)
     return result;
 }
 
-std::string FindProgram(const std::string& name)
-{
-    if (name.find('/') != std::string::npos)
-        return name;
-    const char* path = std::getenv("PATH");
-    std::istringstream dirs(path ? path : "/usr/bin:/bin");
-    std::string dir;
-    while (std::getline(dirs, dir, ':')) {
-        const std::string candidate = (dir.empty() ? "." : dir) + "/" + name;
-        if (access(candidate.c_str(), X_OK) == 0)
-            return candidate;
-    }
-    return "";
-}
-
 std::string FakeTimeLibrary()
 {
     static const char* const patterns[] = {

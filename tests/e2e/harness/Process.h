@@ -17,9 +17,6 @@ struct RunResult {
 // collects its standard output and error.
 RunResult RunCapture(const std::vector<std::string>& argv);
 
-// `name` if it holds a "/", else its first match on $PATH; "" if none.
-std::string FindProgram(const std::string& name);
-
 // The libfaketime preload library for programs with threads, "" if missing.
 std::string FakeTimeLibrary();
 

@@ -245,17 +245,6 @@ std::string Screen::Row(int row, Trim trim) const
     return text;
 }
 
-std::string Screen::Text(Trim trim) const
-{
-    std::string text;
-    for (int row = 0; row < rows_; ++row) {
-        if (row)
-            text += '\n';
-        text += Row(row, trim);
-    }
-    return text;
-}
-
 Cell Screen::CellAt(int col, int row) const
 {
     Cell out;
@@ -271,18 +260,11 @@ Cell Screen::CellAt(int col, int row) const
     for (int i = 0; i < VTERM_MAX_CHARS_PER_CELL && cell.chars[i] && cell.chars[i] != uint32_t(-1); ++i)
         AppendUtf8(out.text, cell.chars[i]);
 
-    auto colour = [this](VTermColor c, bool isDefault, int& index, Rgb& rgb) {
-        if (isDefault)
-            index = kDefaultColor;
-        else if (VTERM_COLOR_IS_INDEXED(&c))
-            index = c.indexed.idx;
-        else
-            index = kRgbColor;
-        vterm_screen_convert_color_to_rgb(screen_, &c);
-        rgb = Rgb{c.rgb.red, c.rgb.green, c.rgb.blue};
+    auto colour = [](const VTermColor& c, bool isDefault) {
+        return isDefault ? kDefaultColor : VTERM_COLOR_IS_INDEXED(&c) ? c.indexed.idx : kRgbColor;
     };
-    colour(cell.fg, VTERM_COLOR_IS_DEFAULT_FG(&cell.fg), out.fg, out.fgRgb);
-    colour(cell.bg, VTERM_COLOR_IS_DEFAULT_BG(&cell.bg), out.bg, out.bgRgb);
+    out.fg = colour(cell.fg, VTERM_COLOR_IS_DEFAULT_FG(&cell.fg));
+    out.bg = colour(cell.bg, VTERM_COLOR_IS_DEFAULT_BG(&cell.bg));
     out.bold = cell.attrs.bold;
     out.underline = cell.attrs.underline != 0;
     out.blink = cell.attrs.blink;

@@ -30,7 +30,6 @@ struct Cell {
     std::string text;        // UTF-8; " " for an empty cell
     int fg = kDefaultColor;  // palette index 0..255, kDefaultColor or kRgbColor
     int bg = kDefaultColor;
-    Rgb fgRgb, bgRgb;        // the colours as the terminal would paint them
     bool bold = false;
     bool underline = false;
     bool blink = false;
@@ -70,7 +69,6 @@ public:
 
     // Row `row` (negative counts from the bottom: -1 is the last row).
     std::string Row(int row, Trim trim = Trim::Keep) const;
-    std::string Text(Trim trim = Trim::TrailingSpaces) const;
     Cell CellAt(int col, int row) const;
     std::optional<Pos> Find(std::string_view text) const;
     Pos Cursor() const;
