@@ -1,14 +1,11 @@
 #pragma once
-// A throwaway simulated host root for the exec tests: TOLM_ROOT points at it
-// while the test runs, tools are small shell scripts placed inside it, and the
-// log module's lines are read back from <root>/var/log/syslog.log.
-#include <gtest/gtest.h>
+// A throwaway simulated host root for the exec tests (the typical host, with
+// TOLM_ROOT pointing at it while the test runs): tools are small shell scripts
+// placed inside it, and the log module's lines are read back from
+// <root>/var/log/syslog.log.
+#include "../host/HostRoot.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <sstream>
-#include <string>
 #include <sys/stat.h>
 #include <vector>
 
@@ -16,29 +13,14 @@ namespace Tolm::Test {
 
 class TempRootTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        char pattern[] = "/tmp/tolm-exec-XXXXXX";
-        ASSERT_NE(::mkdtemp(pattern), nullptr);
-        _root = pattern;
-        std::filesystem::create_directories(_root + "/bin");
-        std::filesystem::create_directories(_root + "/var/log");
-        ::setenv("TOLM_ROOT", _root.c_str(), 1);
-    }
+    void SetUp() override { std::filesystem::create_directories(Root() + "/bin"); }
 
-    void TearDown() override
-    {
-        ::unsetenv("TOLM_ROOT");
-        std::error_code ignored;
-        std::filesystem::remove_all(_root, ignored);
-    }
-
-    const std::string& Root() const { return _root; }
+    const std::string& Root() const { return host.Root(); }
 
     // Writes an executable /bin/sh script at the host path `hostPath`.
     void WriteTool(const std::string& hostPath, const std::string& body) const
     {
-        std::string path = _root + hostPath;
+        std::string path = Root() + hostPath;
         std::filesystem::create_directories(std::filesystem::path(path).parent_path());
         std::ofstream(path) << "#!/bin/sh\n" << body << "\n";
         ::chmod(path.c_str(), 0755);
@@ -46,12 +28,12 @@ protected:
 
     void WriteFile(const std::string& hostPath, const std::string& text) const
     {
-        std::ofstream(_root + hostPath, std::ios::binary) << text;
+        std::ofstream(Root() + hostPath, std::ios::binary) << text;
     }
 
     std::string ReadFile(const std::string& hostPath) const
     {
-        std::ifstream in(_root + hostPath, std::ios::binary);
+        std::ifstream in(Root() + hostPath, std::ios::binary);
         std::stringstream s;
         s << in.rdbuf();
         return s.str();
@@ -78,8 +60,7 @@ protected:
         return lines;
     }
 
-private:
-    std::string _root;
+    HostRoot host;
 };
 
 }  // namespace Tolm::Test

@@ -1,13 +1,8 @@
 // The virtual-terminal argument and the single-instance pid file.
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
-
+#include "../host/HostRoot.h"
 #include "frame/StartupChecks.h"
 
 namespace Tolm {
@@ -27,33 +22,17 @@ TEST(StartupChecks, VirtualTerminalArgument)
 
 class PidFileTest : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        char pattern[] = "/tmp/tolm-pidtest-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        root = pattern;
-        fs::create_directories(root / "var/log");
-        fs::create_directories(root / "var/run");
-        setenv("TOLM_ROOT", root.c_str(), 1);
-        pidFile = root / "var/run/tolm.pid";
-    }
-    void TearDown() override
-    {
-        unsetenv("TOLM_ROOT");
-        fs::remove_all(root);
-    }
+    void SetUp() override { fs::create_directories(root.Root() + "/var/run"); }
     void WritePidFile(const std::string& text) { std::ofstream(pidFile) << text; }
-    std::string Read(const fs::path& p)
+    std::string Read(const std::string& path)
     {
-        std::ifstream in(p);
-        std::stringstream s;
-        s << in.rdbuf();
-        return s.str();
+        std::ifstream in(path);
+        return std::string(std::istreambuf_iterator<char>(in), {});
     }
-    bool Claim() { return Startup::ClaimPidFile(pidFile.string(), "/var/run/tolm.pid"); }
+    bool Claim() { return Startup::ClaimPidFile(pidFile, "/var/run/tolm.pid"); }
 
-    fs::path root;
-    fs::path pidFile;
+    Tolm::Test::HostRoot root;
+    std::string pidFile = root.Root() + "/var/run/tolm.pid";
 };
 
 TEST_F(PidFileTest, StaleOrJunkContentIsOverwritten)
@@ -79,7 +58,7 @@ TEST_F(PidFileTest, LiveOwnerIsLeftAloneAndLogged)
     WritePidFile(std::to_string(live) + "\n");
     EXPECT_FALSE(Claim());
     EXPECT_EQ(Read(pidFile), std::to_string(live) + "\n");
-    EXPECT_NE(Read(root / "var/log/syslog.log")
+    EXPECT_NE(Read(root.Root() + "/var/log/syslog.log")
                   .find("Attempt to run multiple Tolm instances, not updating /var/run/tolm.pid"),
               std::string::npos);
 }

@@ -1,4 +1,4 @@
-// Faults, the event facility, sysinfo, options and the other system facts.
+// Faults, the event facility, sysinfo, options and running host tools.
 #include "HostRoot.h"
 
 #include "host/HostCtlException.h"
@@ -78,7 +78,7 @@ TEST(Sysinfo, VersionRecordAndBootOption)
     EXPECT_NE(0, TarnCtl::Util::Qsi_Get(TarnCtl::Util::QSI_NODE_system_bootOption, &boot, sizeof boot));
 }
 
-TEST(Options, IntegerOptionsAndUserOptions)
+TEST(Options, IntegerOptionsKeepTheirLimits)
 {
     HostRoot root;
     TarnCtl::Adv::AdvancedOptionImpl adv;
@@ -92,38 +92,6 @@ TEST(Options, IntegerOptionsAndUserOptions)
     EXPECT_EQ(nullptr, adv.FindOption("/UserVars/NoSuchOption"));
     EXPECT_EQ(nullptr, dynamic_cast<HostCtl::Adv::AdvancedIntegerOption*>(
                            adv.FindOption("/UserVars/HostClientWelcomeMessage").get()));
-
-    EXPECT_FALSE(adv.HasUserOption("PXEBootEnabled"));
-    adv.SetUserOption("PXEBootEnabled", "1");
-    EXPECT_TRUE(adv.HasUserOption("PXEBootEnabled"));
-    adv.RemoveUserOption("PXEBootEnabled");
-    EXPECT_FALSE(adv.HasUserOption("PXEBootEnabled"));
-}
-
-TEST(System, AlertsFirewallCardsAndMachines)
-{
-    HostRoot root;
-    TarnCtl::System::SystemInfoImpl sys;
-    sys.SetSystemAlert("Hagentd core dump completed");
-    EXPECT_EQ(std::vector<std::string>{"Hagentd core dump completed"}, sys.GetSystemAlerts());
-
-    auto ssh = sys.GetFirewallRulesetById("sshServer");
-    EXPECT_FALSE(ssh->IsEnabled());
-    ssh->Enable();
-    EXPECT_TRUE(root.Read()["system"]["firewall"]["rulesets"]["sshServer"]["enabled"]);
-    EXPECT_THROW(sys.GetFirewallRulesetById("noSuchRuleset"), HostCtlException);
-
-    EXPECT_FALSE(sys.HasRunningVms());
-    root.Set("/vms/0/powerState", "poweredOn");
-    EXPECT_EQ(std::vector<std::string>{"build-runner-01"}, sys.GetRunningVms());
-
-    auto slots = TarnCtl::Hardware::SmartCardInfoImpl().GetSlots();
-    ASSERT_EQ(1u, slots.size());
-    EXPECT_FALSE(slots[0].GetToken());
-    root.Set("/smartCards/slots/0/token", {{"label", "PIV"}, {"userIds", {"", "alice"}}});
-    slots = TarnCtl::Hardware::SmartCardInfoImpl().GetSlots();
-    ASSERT_TRUE(slots[0].GetToken());
-    EXPECT_EQ((std::vector<std::string>{"", "alice"}), slots[0].GetToken()->GetUserIds());
 }
 
 TEST(Exec, CommandLinesRunInsideTheHostRoot)

@@ -31,26 +31,17 @@ protected:
 
 TEST_F(SupportPagesTest, DollarLinesEndPagesAndNotesAreSkipped)
 {
-    const auto pages = ReadSupportPages(Write("# note\nFirst\n\nline two\n$ end\n#x\nSecond\n$\nThird"));
-    ASSERT_EQ(pages.size(), 3u);
-    EXPECT_EQ(pages[0], "First\n\nline two\n");
-    EXPECT_EQ(pages[1], "Second\n");
-    // The last line has no line feed in the file but gets one on the page.
-    EXPECT_EQ(pages[2], "Third\n");
-}
-
-TEST_F(SupportPagesTest, MarksCountOnlyInTheFirstColumn)
-{
-    const auto pages = ReadSupportPages(Write(" # kept\n a$b\n$\n"));
-    ASSERT_EQ(pages.size(), 2u);
-    EXPECT_EQ(pages[0], " # kept\n a$b\n");
-    EXPECT_EQ(pages[1], "");  // a closing "$" leaves an empty last page
-}
-
-TEST_F(SupportPagesTest, OnlyNotesOrNoFileGiveOneEmptyPage)
-{
-    EXPECT_EQ(ReadSupportPages(Write("# a\n# b\n")), std::vector<std::string>{""});
-    EXPECT_EQ(ReadSupportPages((_dir / "missing").string()), std::vector<std::string>{""});
+    using Pages = std::vector<std::string>;
+    const std::pair<std::string, Pages> cases[] = {
+        // The last line has no line feed in the file but gets one on the page.
+        {"# note\nFirst\n\nline two\n$ end\n#x\nSecond\n$\nThird", {"First\n\nline two\n", "Second\n", "Third\n"}},
+        // Marks count only in the first column; a closing "$" leaves an empty last page.
+        {" # kept\n a$b\n$\n", {" # kept\n a$b\n", ""}},
+        {"# a\n# b\n", {""}},
+    };
+    for (const auto& [text, pages] : cases)
+        EXPECT_EQ(ReadSupportPages(Write(text)), pages) << text;
+    EXPECT_EQ(ReadSupportPages((_dir / "missing").string()), Pages{""});
 }
 
 }  // namespace

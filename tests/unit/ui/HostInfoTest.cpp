@@ -1,13 +1,10 @@
 #include "ui/HostInfo.h"
 
-#include <gtest/gtest.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <regex>
-#include <sstream>
+
+#include "../host/HostRoot.h"
 
 using namespace Tolm::HostInfo;
 namespace fs = std::filesystem;
@@ -39,10 +36,6 @@ TEST(HostInfo, ParsesToolOutput) {
 class HostInfoRoot : public ::testing::Test {
 protected:
     void SetUp() override {
-        char tmpl[] = "/tmp/tolm-ui-root-XXXXXX";
-        ASSERT_NE(mkdtemp(tmpl), nullptr);
-        root = tmpl;
-        fs::create_directories(root / "var/log");
         fs::create_directories(root / "etc/ssh");
         fs::create_directories(root / "etc/pellor/ssl");
         // As in a simulated root: the host's tools lead to the machine's.
@@ -50,21 +43,15 @@ protected:
         for (const char* tool : {"openssl", "ssh-keygen"})
             if (access((std::string("/usr/bin/") + tool).c_str(), X_OK) == 0)
                 fs::create_symlink(std::string("/usr/bin/") + tool, root / "bin" / tool);
-        setenv("TOLM_ROOT", root.c_str(), 1);
         ClearCache();
     }
-    void TearDown() override {
-        unsetenv("TOLM_ROOT");
-        ClearCache();
-        fs::remove_all(root);
-    }
+    void TearDown() override { ClearCache(); }
     std::string Syslog() {
         std::ifstream in(root / "var/log/syslog.log");
-        std::stringstream text;
-        text << in.rdbuf();
-        return text.str();
+        return std::string(std::istreambuf_iterator<char>(in), {});
     }
-    fs::path root;
+    Tolm::Test::HostRoot host;
+    fs::path root = host.Root();
 };
 
 TEST_F(HostInfoRoot, SystemToolsAreTheRootsOwn) {
