@@ -58,18 +58,12 @@ TEST(WidgetProbe, ItemListSkipsUnusableEntriesScrollsAndDrawsTheThumb)
     probe.Press(Key::Down, 3);
     ASSERT_TRUE(probe.WaitUntil([&] { return probe.CellAt(13, 13).bg == 0; }, "entry 5 highlighted"));
     EXPECT_EQ(probe.FindText("Entry 5"), (Pos{13, 13}));
-    EXPECT_EQ(probe.CellAt(13, 13).fg, 7);
-    EXPECT_EQ(probe.CellAt(13, 12).bg, 3);
-    // Disabled entries are dark grey.
-    EXPECT_EQ(probe.CellAt(13, 12).fg, 6);
 
     // To the last usable entry (18): the list scrolls to show items 8 to 18,
-    // the thumb sits at line 10 * (8 * 100 / 9) / 100 = 8 of the bar.
+    // the thumb at line 8 of the bar (its arithmetic is the unit tests').
     probe.Press(Key::Down, 20);
     ASSERT_TRUE(probe.WaitForText("Entry 18"));
     ASSERT_TRUE(probe.WaitUntil([&] { return probe.CellAt(67, 16).text == "\u2588"; }, "thumb on line 8"));
-    EXPECT_EQ(probe.CellAt(67, 8).text, "\u2593");
-    EXPECT_EQ(probe.CellAt(67, 18).text, "\u2593");
     EXPECT_EQ(probe.FindText("Entry 18"), (Pos{13, 18}));
     EXPECT_FALSE(probe.HasText("Entry 7 "));
 
