@@ -1,0 +1,258 @@
+// The simulated host as the console meets it: a root made by tolm-hostsim,
+// its tool scripts run as real processes and checked by their effect on the
+// shared state. Tools the console already drives end to end (lockdown,
+// stopping machines, backup, reset, power off) and the root's PAM set-up are
+// checked by the console's own tests.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+
+#include "harness/Console.h"
+#include "harness/Process.h"
+
+namespace Tolm::E2E {
+namespace {
+
+namespace fs = std::filesystem;
+using nlohmann::json;
+
+class SimRoot : public ::testing::Test {
+protected:
+    std::string Root() const { return host.Root().string(); }
+    std::string Path(const std::string& rel) const { return host.RootPath(rel).string(); }
+    // Runs a script of the root, e.g. Tool("bin/orla-cmd", {...}).
+    RunResult Tool(const std::string& script, std::vector<std::string> args = {})
+    {
+        args.insert(args.begin(), Path(script));
+        return RunCapture(args);
+    }
+    // Runs tolm-hostsim; unlike Console::HostSim a failure is an answer here.
+    RunResult Sim(std::vector<std::string> args, const std::string& root = "")
+    {
+        args.insert(args.begin(), {(BinDir() / "tolm-hostsim").string(), "--root", root.empty() ? Root() : root});
+        return RunCapture(args);
+    }
+    json State(std::string_view pointer) const { return host.State(pointer); }
+
+    Console host{"typical"};
+};
+using HostSimRoot = SimRoot;
+using HostSimTools = SimRoot;
+
+TEST_F(HostSimRoot, InitLaysOutToolsThatStayInsideTheRoot)
+{
+    // Every tool script names its own root, so a tool run by the console
+    // never touches another test's host.
+    for (const auto& entry : fs::directory_iterator(Path("sbin"))) {
+        EXPECT_NE(ReadFile(entry.path()).find("--root '" + Root() + "'"), std::string::npos) << entry.path();
+    }
+    EXPECT_EQ(Tool("bin/sh", {"-c", "exit 7"}).status, 7);
+    EXPECT_NE(host.ReadRootFile("etc/hosts").find("192.168.10.21\ttarnhost01.lab.example.com"), std::string::npos);
+}
+
+TEST_F(HostSimRoot, CertificateAndHostKeysAreRealOnes)
+{
+    RunResult cert = Tool("bin/openssl", {"x509", "-in", Path("etc/pellor/ssl/nox.crt"), "-noout", "-sha1", "-fingerprint"});
+    EXPECT_EQ(cert.status, 0) << cert.err;
+    // OpenSSL 3 writes "sha1 Fingerprint=", older ones "SHA1 Fingerprint=".
+    EXPECT_EQ(cert.out.find(" Fingerprint="), 4u) << cert.out;
+    for (const char* key : {"etc/ssh/ssh_host_rsa_key", "etc/ssh/ssh_host_dsa_key"}) {
+        RunResult r = Tool("bin/ssh-keygen", {"-l", "-f", Path(key)});
+        EXPECT_EQ(r.status, 0) << key << r.err;
+    }
+}
+
+TEST_F(HostSimRoot, RenewReplacesTheRootAndLoginFlagFollowsTheFixture)
+{
+    const std::string hostsim = (BinDir() / "tolm-hostsim").string();
+    json fixture = State("");
+    fixture["system"]["loginEnabled"] = false;
+    fixture["network"]["dns"]["hostname"] = "quiet";
+    const std::string fixturePath = Root() + "-fixture.json";
+    std::ofstream(fixturePath) << fixture.dump();
+    std::ofstream(Path("stray")) << "x";
+
+    RunResult init = RunCapture({hostsim, "init", Root(), "--fixture", fixturePath});
+    ASSERT_EQ(init.status, 0) << init.err;
+    EXPECT_FALSE(fs::exists(Path("stray")));
+    EXPECT_FALSE(fs::exists(Path("var/run/pellor/show-tolm-login")));
+    EXPECT_EQ(State("/network/dns/hostname"), "quiet");
+
+    // A folder that is not a host root is never wiped.
+    const std::string other = Root() + "-other";
+    fs::create_directories(other);
+    std::ofstream(other + "/precious") << "keep";
+    EXPECT_NE(RunCapture({hostsim, "init", other}).status, 0);
+    EXPECT_TRUE(fs::exists(other + "/precious"));
+    EXPECT_NE(RunCapture({hostsim, "init", Root(), "--fixture", "no-such-fixture"}).status, 0);
+}
+
+// The signal to a running console is checked by the console's smart-card
+// login test; here a pid file naming a gone process must not fail the change.
+TEST_F(HostSimRoot, CardChangesUpdateTheSlots)
+{
+    pid_t gone = fork();
+    if (gone == 0)
+        _exit(0);
+    waitpid(gone, nullptr, 0);
+    std::ofstream(Path("var/run/tolm.pid")) << gone << "\n";
+
+    RunResult r = Sim({"card", "insert", "alice"});
+    EXPECT_EQ(r.status, 0) << r.err;
+    EXPECT_EQ(State("/smartCards/slots/0/token/userIds"), json::array({"alice"}));
+    EXPECT_NE(Sim({"card", "insert", "alice"}).status, 0);  // already inserted
+    EXPECT_EQ(Sim({"card", "insert", "bob"}).status, 0);
+    EXPECT_EQ(State("/smartCards/slots").size(), 2u);
+    EXPECT_EQ(Sim({"card", "remove", "alice"}).status, 0);
+    EXPECT_TRUE(State("/smartCards/slots/0/token").is_null());
+    EXPECT_NE(Sim({"card", "remove", "alice"}).status, 0);
+    EXPECT_NE(Sim({"card", "eject", "bob"}).status, 0);
+}
+
+TEST_F(HostSimTools, OrlaCmdRejectsUnknownUsersWith255AndAcceptsTheConsoleAccount)
+{
+    EXPECT_EQ(Tool("bin/orla-cmd", {"-U", "mallory", "internalsvc/refresh"}).status, 255);
+    EXPECT_TRUE(State("/tools/counts/refresh").is_null());
+
+    EXPECT_EQ(Tool("bin/orla-cmd", {"-U", "tolm", "internalsvc/refresh"}).status, 0);
+    EXPECT_EQ(Tool("bin/orla-cmd", {"-U", "root", "internalsvc/refresh"}).status, 0);
+    EXPECT_EQ(State("/tools/counts/refresh"), 2);
+
+    host.SetValue("/users", {{"operator", json::object()}});
+    EXPECT_EQ(Tool("bin/orla-cmd", {"-U", "operator", "internalsvc/refresh"}).status, 0);
+
+    EXPECT_NE(Tool("bin/orla-cmd", {"-U", "root", "no/such_command"}).status, 0);
+    EXPECT_NE(Tool("bin/orla-cmd", {"internalsvc/refresh"}).status, 0);
+}
+
+TEST_F(HostSimTools, ShellAndSshFollowManagementCommandsAndInitScripts)
+{
+    auto orla = [&](const char* command) { return Tool("bin/orla-cmd", {"-U", "root", command}); };
+    auto service = [&](const char* script, const char* verb) {
+        return Tool("bin/sh", {Path(std::string("etc/init.d/") + script), verb}).status;
+    };
+    EXPECT_EQ(service("SSH", "status"), 3);
+    // A disabled service is not started.
+    EXPECT_NE(orla("hostsvc/start_ssh").status, 0);
+
+    EXPECT_EQ(orla("hostsvc/enable_ssh").status, 0);
+    EXPECT_EQ(orla("hostsvc/start_ssh").status, 0);
+    EXPECT_EQ(service("SSH", "status"), 0);
+    EXPECT_EQ(service("TalvoShell", "status"), 3);
+
+    for (const char* command : {"hostsvc/enable_talvo_shell", "hostsvc/start_talvo_shell"})
+        EXPECT_EQ(orla(command).status, 0) << command;
+    EXPECT_EQ(service("TalvoShell", "status"), 0);
+    for (const char* command : {"hostsvc/stop_talvo_shell", "hostsvc/disable_talvo_shell"})
+        EXPECT_EQ(orla(command).status, 0) << command;
+    EXPECT_EQ(State("/services/shell/enabled"), false);
+    EXPECT_EQ(State("/services/shell/running"), false);
+
+    // A planted fault fails the command; the init script still stops the service.
+    host.SetValue("/faults/hostsvc~1stop_ssh", "agent busy");
+    RunResult stop = orla("hostsvc/stop_ssh");
+    EXPECT_NE(stop.status, 0);
+    EXPECT_NE(stop.err.find("agent busy"), std::string::npos);
+    EXPECT_EQ(State("/services/ssh/running"), true);
+    EXPECT_EQ(service("SSH", "stop"), 0);
+    EXPECT_EQ(service("SSH", "status"), 3);
+    EXPECT_NE(Tool("etc/init.d/SSH", {"bounce"}).status, 0);
+}
+
+TEST_F(HostSimTools, AdvancedOptionsAreSetWithinTheirLimitsAndReadBack)
+{
+    auto set = [&](const char* cli, std::vector<std::string> option) {
+        std::vector<std::string> args{"system", "settings", "advanced", "set", "-o"};
+        args.insert(args.end(), option.begin(), option.end());
+        return Tool(cli, args).status;
+    };
+    for (const char* cli : {"sbin/talvocli", "sbin/nodecli"}) {
+        EXPECT_EQ(set(cli, {"/UserVars/TalvoShellTimeOut", "-i", "86400"}), 0);
+        EXPECT_EQ(State("/advancedOptions/UserVars/TalvoShellTimeOut/value"), 86400);
+        host.SetValue("/advancedOptions/UserVars/TalvoShellTimeOut/value", 0);
+    }
+    EXPECT_NE(set("sbin/talvocli", {"/UserVars/TalvoShellTimeOut", "-i", "86401"}), 0);
+    EXPECT_NE(set("sbin/talvocli", {"/UserVars/Missing", "-i", "1"}), 0);
+    EXPECT_NE(set("sbin/talvocli", {"/UserVars/TolmTimeOut", "-i", "ten"}), 0);
+    EXPECT_NE(set("sbin/talvocli", {"/UserVars"}), 0);
+    EXPECT_EQ(State("/advancedOptions/UserVars/TalvoShellTimeOut/value"), 0);
+
+    host.SetValue("/advancedOptions/UserVars/TalvoShellInteractiveTimeOut/value", 900);
+    EXPECT_EQ(Tool("sbin/talvocfg-advcfg", {"-g", "/UserVars/TalvoShellInteractiveTimeOut"}).out,
+              "Value of TalvoShellInteractiveTimeOut is 900\n");
+    EXPECT_EQ(Tool("sbin/talvocfg-advcfg", {"-q", "-g", "/UserVars/TalvoShellInteractiveTimeOut"}).out, "900\n");
+    EXPECT_NE(Tool("sbin/talvocfg-advcfg", {"-g", "/UserVars/Missing"}).status, 0);
+}
+
+TEST_F(HostSimTools, TarnPingAnswersFromReachabilityLikePing)
+{
+    host.SetValue("/tools/pingIntervalMs", 0);
+    RunResult ok = Tool("sbin/tarnping", {"192.168.10.1", "-I", "tarn0"});
+    EXPECT_EQ(ok.status, 0);
+    EXPECT_NE(ok.out.find("3 packets transmitted, 3 packets received"), std::string::npos) << ok.out;
+
+    RunResult lost = Tool("sbin/tarnping", {"192.168.10.99"});
+    EXPECT_EQ(lost.status, 1);
+    EXPECT_NE(lost.out.find("100% packet loss"), std::string::npos);
+
+    json reachable = State("/network/reachableAddresses");
+    reachable.push_back("192.168.10.99");
+    host.SetValue("/network/reachableAddresses", reachable);
+    EXPECT_EQ(Tool("sbin/tarnping", {"192.168.10.99", "-c", "1"}).status, 0);
+    EXPECT_EQ(Tool("sbin/tarnping", {"fe80::1%tarn0", "-I", "tarn0"}).status, 1);
+    EXPECT_EQ(Tool("sbin/tarnping", {"192.168.10.1", "-I", "tarn9"}).status, 2);
+    EXPECT_EQ(Tool("sbin/tarnping", {"not-an-address"}).status, 2);
+    EXPECT_NE(Tool("sbin/tarnping").status, 0);
+}
+
+TEST_F(HostSimTools, AgentRestartAndLiveCore)
+{
+    RunResult core = Tool("sbin/tarnbacktrace", {"-w", "-n", "hagentd", "-o", "hagentd-restart%", "-d", "/var/log/"});
+    EXPECT_EQ(core.status, 0) << core.err;
+    int cores = 0;
+    for (const auto& entry : fs::directory_iterator(Path("var/log")))
+        cores += entry.path().filename().string().rfind("hagentd-restart", 0) == 0;
+    EXPECT_EQ(cores, 1);
+
+    EXPECT_EQ(Tool("bin/sh", {Path("sbin/services.sh"), "stop"}).status, 0);
+    EXPECT_EQ(State("/services/agents/running"), false);
+    // With the agents down there is nothing to dump.
+    EXPECT_NE(Tool("sbin/tarnbacktrace", {"-w", "-n", "hagentd", "-o", "x", "-d", "/var/log/"}).status, 0);
+    EXPECT_EQ(Tool("bin/sh", {Path("sbin/services.sh"), "start"}).status, 0);
+    EXPECT_EQ(State("/services/agents/running"), true);
+    EXPECT_EQ(State("/services/agents/restarts"), 1);
+
+    EXPECT_NE(Tool("sbin/tarnbacktrace", {"-w", "-n", "sshd", "-o", "x", "-d", "/var/log/"}).status, 0);
+    EXPECT_NE(Tool("sbin/services.sh", {"reload"}).status, 0);
+}
+
+TEST_F(HostSimTools, RestartEndsWithTheBootVerb)
+{
+    EXPECT_EQ(Tool("sbin/reboot", {"-f"}).status, 0);
+    EXPECT_EQ(State("/power/state"), "restarting");
+    EXPECT_EQ(Sim({"boot"}).status, 0);
+    EXPECT_EQ(State("/power/state"), "running");
+    EXPECT_EQ(State("/power/bootCount"), 2);
+    EXPECT_NE(Tool("bin/reboot", {"--now"}).status, 0);
+}
+
+TEST_F(HostSimTools, GrabCimDataPrintsTagsAndFirmwareVersions)
+{
+    host.SetValue("/hardware/assetTag", "LAB-0042");
+    host.SetValue("/hardware/firmware", {{"BIOS", "2.19.1"}, {"BMC", "7.00.00.171"}});
+    RunResult r = Tool("sbin/grabCIMData");
+    EXPECT_EQ(r.status, 0);
+    EXPECT_EQ(r.out,
+              "CIM_Chassis OtherIdentifyingInfo ServiceTag=4XK9J53\n"
+              "CIM_Chassis OtherIdentifyingInfo AssetTag=LAB-0042\n"
+              "OMC_SMASHFirmwareIdentity VersionString BIOS=2.19.1\n"
+              "OMC_MCFirmwareIdentity VersionString BMC=7.00.00.171\n");
+    EXPECT_EQ(Tool("sbin/grabCIMData", {"OMC_MCFirmwareIdentity"}).out,
+              "OMC_MCFirmwareIdentity VersionString BMC=7.00.00.171\n");
+}
+
+}  // namespace
+}  // namespace Tolm::E2E
