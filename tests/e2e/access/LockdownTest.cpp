@@ -2,7 +2,7 @@
 // request when nothing changed, a refused request.
 #include <gtest/gtest.h>
 
-#include "AccessSteps.h"
+#include "Steps.h"
 
 namespace Tolm::E2E {
 namespace {
@@ -27,8 +27,7 @@ TEST(Lockdown, EntersAndLeavesButRunsNothingWhenUnchanged)
 {
     Console tolm;
     tolm.Start();
-    ASSERT_TRUE(Started(tolm));
-    ASSERT_TRUE(LogIn(tolm));
+    ASSERT_TRUE(LogInToMenu(tolm));
     tolm.Press(Key::Down);
     ASSERT_TRUE(Open(tolm, "[ ]"));
     EXPECT_TRUE(tolm.HasText("When enabled, lockdown mode prevents users from logging"));

@@ -3,7 +3,7 @@
 // serial line.
 #include <gtest/gtest.h>
 
-#include "AccessSteps.h"
+#include "Steps.h"
 
 namespace Tolm::E2E {
 namespace {
@@ -53,14 +53,14 @@ TEST(Login, FailuresKeepTheDialogUntilTheRightPasswordGetsIn)
     tolm.Press(Key::Up);
     tolm.Type("root");
     tolm.Press(Key::Tab);
-    tolm.Type(DEMO_PASSWORD);
+    tolm.Type(ROOT_PASSWORD);
     tolm.Press(Key::Enter);
     ASSERT_TRUE(tolm.WaitForText("System Customization") && Settle(tolm));
     const std::string log = tolm.Syslog();
     EXPECT_NE(log.find("auth.emerg Tolm["), std::string::npos);
     EXPECT_NE(log.find("Authentication of user root succeeded"), std::string::npos);
     EXPECT_NE(log.find("user.info Tolm[" + std::to_string(tolm.Pid()) + "]: User root logged in"), std::string::npos);
-    EXPECT_EQ(log.find(DEMO_PASSWORD), std::string::npos);
+    EXPECT_EQ(log.find(ROOT_PASSWORD), std::string::npos);
     EXPECT_EQ(Count(tolm.EventLog(), "login.failed"), 2u);
 
     tolm.SendEsc();

@@ -5,14 +5,14 @@
 
 #include <initializer_list>
 
-#include "AccessSteps.h"
+#include "Steps.h"
 
 namespace Tolm::E2E {
 namespace {
 
 bool OpenChangePassword(Console& tolm)
 {
-    if (!LogIn(tolm)) return false;
+    if (!LogInToMenu(tolm)) return false;
     tolm.Press(Key::Enter);  // "Configure Password" is the first entry
     return tolm.WaitForText("Old Password:") && Settle(tolm);
 }
@@ -48,7 +48,6 @@ TEST(ChangePassword, RefusalsEmptyTheRightFieldsUntilTheSamePasswordIsConfirmed)
 {
     Console tolm;
     tolm.Start();
-    ASSERT_TRUE(Started(tolm));
     ASSERT_TRUE(OpenChangePassword(tolm));
     const std::string passdb = tolm.ReadRootFile("/etc/pellor/passdb");
 
@@ -57,7 +56,7 @@ TEST(ChangePassword, RefusalsEmptyTheRightFieldsUntilTheSamePasswordIsConfirmed)
     tolm.Press(Key::Tab);
     ASSERT_TRUE(Acknowledge(tolm, "The old password you entered is incorrect"));
     EXPECT_TRUE(FieldShows(tolm, "Old Password:", 0));
-    tolm.Type(DEMO_PASSWORD);
+    tolm.Type(ROOT_PASSWORD);
     tolm.Press(Key::Down);
     ASSERT_TRUE(tolm.WaitForQuiet());
     EXPECT_FALSE(tolm.HasText("incorrect"));
@@ -82,7 +81,7 @@ TEST(ChangePassword, RefusalsEmptyTheRightFieldsUntilTheSamePasswordIsConfirmed)
     EXPECT_TRUE(FieldShows(tolm, "Old Password:", 8));
 
     // The same password again asks first; Esc goes back with the fields as they were.
-    Fill(tolm, {DEMO_PASSWORD, DEMO_PASSWORD});
+    Fill(tolm, {ROOT_PASSWORD, ROOT_PASSWORD});
     ASSERT_TRUE(tolm.WaitForText("New password is same as old password. Are you sure?") && Settle(tolm));
     tolm.SendEsc();
     ASSERT_TRUE(tolm.WaitForTextGone("Are you sure?") && Settle(tolm));
@@ -101,16 +100,15 @@ TEST(ChangePassword, RefusalsEmptyTheRightFieldsUntilTheSamePasswordIsConfirmed)
     EXPECT_EQ(tolm.State("/tools/counts/refresh"), 1);
     EXPECT_TRUE(tolm.State("/tools/counts/backup").is_null());
     EXPECT_NE(tolm.ReadRootFile("/etc/pellor/passdb").find("root:tolmdemo:tolm\n"), std::string::npos);
-    EXPECT_EQ(tolm.Syslog().find(DEMO_PASSWORD), std::string::npos);
+    EXPECT_EQ(tolm.Syslog().find(ROOT_PASSWORD), std::string::npos);
 }
 
 TEST(ChangePassword, ChangesBacksUpAndOnlyTheNewPasswordLogsIn)
 {
     Console tolm;
     tolm.Start();
-    ASSERT_TRUE(Started(tolm));
     ASSERT_TRUE(OpenChangePassword(tolm));
-    tolm.Type(DEMO_PASSWORD);
+    tolm.Type(ROOT_PASSWORD);
     tolm.Press(Key::Enter);
     tolm.Type("n3wpass");
     tolm.Press(Key::Enter);
@@ -127,7 +125,7 @@ TEST(ChangePassword, ChangesBacksUpAndOnlyTheNewPasswordLogsIn)
     ASSERT_TRUE(tolm.WaitForLog("User root logged out.") && tolm.WaitForText("<F2>") && Settle(tolm));
     ASSERT_TRUE(OpenLogin(tolm));
     tolm.Press(Key::Enter);
-    tolm.Type(DEMO_PASSWORD);
+    tolm.Type(ROOT_PASSWORD);
     tolm.Press(Key::Enter);
     ASSERT_TRUE(Acknowledge(tolm, "Invalid login or password."));
     tolm.Type("n3wpass");

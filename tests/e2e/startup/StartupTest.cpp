@@ -7,19 +7,10 @@
 #include <fstream>
 #include <string>
 
-#include "harness/Console.h"
+#include "Steps.h"
 
 namespace Tolm::E2E {
 namespace {
-
-// Start-up is done once the first screen is up; until then signals may
-// arrive before the signal thread exists.
-bool Started(Console& tolm)
-{
-    return tolm.WaitForLog("Starting Tolm") && tolm.WaitUntil([&] { return tolm.PidFile() == tolm.Pid(); },
-                                                              "pid file names the console") &&
-           tolm.WaitForQuiet();
-}
 
 TEST(Startup, LogsClaimsThePidFileAndIgnoresABadVt)
 {

@@ -6,34 +6,19 @@
 #include <filesystem>
 #include <string>
 
-#include "StatusCommon.h"
+#include "Steps.h"
 
 namespace Tolm::E2E {
 namespace {
 
 constexpr const char* DENIED_TITLE = "Authentication Denied";
 
-// Keys typed while a window is being drawn are discarded, so every step
-// waits for the program to fall quiet first.
-void LogIn(Console& tolm)
-{
-    tolm.Press(Key::F2);
-    ASSERT_TRUE(tolm.WaitForText("<Esc> Cancel"));
-    ASSERT_TRUE(tolm.WaitForQuiet());
-    tolm.Press(Key::Tab);  // from the login name (already "root") to the password
-    tolm.Type(ROOT_PASSWORD);
-    tolm.Press(Key::Enter);
-    ASSERT_TRUE(tolm.WaitForLog("User root logged in"));
-    ASSERT_TRUE(tolm.WaitForText("<Esc> Log Out"));
-    ASSERT_TRUE(tolm.WaitForQuiet());
-}
-
 TEST(StatusKeys, LoginSwitchedOffShowsOnlyTheNotice)
 {
     Console tolm("typical");
     std::filesystem::remove(tolm.RootPath(LOGIN_FLAG));
     tolm.Start();
-    ASSERT_TRUE(StatusUp(tolm));
+    ASSERT_TRUE(Started(tolm));
 
     // F2 as xterm sends it, closed with Enter; F12 in its serial form
     // ESC "@", closed with Esc.
@@ -80,7 +65,7 @@ TEST(StatusKeys, AfterAMinuteScreensDimAndTheNextKeyRepaintsThem)
     tolm.SetValue("/advancedOptions/UserVars/TolmTimeOut/value", 60);
     tolm.UseFakeTime("+0 x60");
     tolm.Start();
-    ASSERT_TRUE(StatusUp(tolm));
+    ASSERT_TRUE(Started(tolm));
     const Pos product = *tolm.FindText("Tarn Hypervisor");
 
     // Dark grey on black everywhere once a minute has passed.
@@ -103,7 +88,7 @@ TEST(StatusKeys, AfterAMinuteScreensDimAndTheNextKeyRepaintsThem)
     // re-reads the timeout: none now.
     tolm.SetValue("/advancedOptions/UserVars/TolmTimeOut/value", 0);
     ASSERT_TRUE(tolm.WaitForQuiet());
-    LogIn(tolm);
+    ASSERT_TRUE(LogInToMenu(tolm));
     // Blank cells of the left (yellow) and right (dark grey) panes.
     const auto panes = [&](int left, int right) {
         return tolm.CellAt(20, 3).bg == left && tolm.CellAt(60, 3).bg == right;
@@ -121,8 +106,7 @@ TEST(StatusKeys, IdleTimeoutEndsTheSessionAndTheScreenGoesOn)
     tolm.SetValue("/advancedOptions/UserVars/TolmTimeOut/value", 120);
     tolm.UseFakeTime("+0 x60");
     tolm.Start();
-    ASSERT_TRUE(StatusUp(tolm));
-    LogIn(tolm);
+    ASSERT_TRUE(LogInToMenu(tolm));
     // Two simulated minutes later the session is gone.
     ASSERT_TRUE(tolm.WaitForLog("User root logged out."));
     ASSERT_TRUE(tolm.WaitForText("Download tools to manage this host from:"));
@@ -137,8 +121,7 @@ TEST(StatusKeys, RestartRequestDuringASessionWaitsForTheLogout)
 {
     Console tolm("typical");
     tolm.Start();
-    ASSERT_TRUE(StatusUp(tolm));
-    LogIn(tolm);
+    ASSERT_TRUE(LogInToMenu(tolm));
     tolm.Signal(SIGUSR2);
     ASSERT_TRUE(tolm.WaitForQuiet());
     EXPECT_TRUE(tolm.Running());
@@ -158,7 +141,7 @@ TEST(StatusKeys, OnlyXtermAndLinuxCountAsTheLocalConsole)
         options.term = term;
         Console tolm(options);
         tolm.Start();
-        ASSERT_TRUE(StatusUp(tolm));
+        ASSERT_TRUE(Started(tolm));
         tolm.Press(Key::F2);
         ASSERT_TRUE(tolm.WaitForText("<Esc> Cancel"));
         const bool local = std::string(term) == "xterm" || std::string(term) == "linux";

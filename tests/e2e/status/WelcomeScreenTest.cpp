@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "StatusCommon.h"
+#include "Steps.h"
 
 namespace Tolm::E2E {
 namespace {
@@ -15,7 +15,7 @@ TEST(StatusScreen, TypicalHostShowsWhoAndWhereItIs)
 {
     Console tolm("typical");
     tolm.Start();
-    ASSERT_TRUE(StatusUp(tolm));
+    ASSERT_TRUE(Started(tolm));
 
     // Host description in the upper half, addresses in the lower half.
     const int half = tolm.Rows() / 2;
@@ -65,7 +65,7 @@ TEST(StatusScreen, AddressLinesFollowTheManagementInterface)
                  {"address": "fd00:10::20c:29ff:fe3a:5b10", "prefixLength": 64, "type": "autoconf", "scope": "global"},
                  {"address": "fd00:99::1", "prefixLength": 64, "type": "other", "scope": "global"}])");
     tolm.Start();
-    ASSERT_TRUE(StatusUp(tolm));
+    ASSERT_TRUE(Started(tolm));
     const int heading = RowOf(tolm, "Download tools");
     ASSERT_GE(heading, 0);
     EXPECT_EQ(tolm.Row(heading + 1), "  http://[fd00:10::57]/ (DHCP)");
@@ -94,7 +94,7 @@ TEST(StatusScreen, WarningsForNoAdapterFailedDhcpAndAuditMode)
         SCOPED_TRACE("no adapter");
         Console tolm("no-adapter");
         tolm.Start();
-        ASSERT_TRUE(StatusUp(tolm));
+        ASSERT_TRUE(Started(tolm));
         EXPECT_TRUE(tolm.HasText("No compatible network adapter found. Please consult the product's"));
         EXPECT_TRUE(tolm.HasText("Compatibility Guide (HCG) for a list of supported adapters."));
         EXPECT_FALSE(tolm.HasText("Download tools"));
@@ -108,7 +108,7 @@ TEST(StatusScreen, WarningsForNoAdapterFailedDhcpAndAuditMode)
         Console tolm("typical");
         tolm.Set("/network/pnics", "[]");
         tolm.Start();
-        ASSERT_TRUE(StatusUp(tolm));
+        ASSERT_TRUE(Started(tolm));
         EXPECT_TRUE(tolm.HasText("No compatible network adapter found."));
         // Raised once, however often the screen is drawn again.
         tolm.Type("xy");
@@ -120,7 +120,7 @@ TEST(StatusScreen, WarningsForNoAdapterFailedDhcpAndAuditMode)
         SCOPED_TRACE("DHCP lookup failed");
         Console tolm("dhcp-fail");
         tolm.Start();
-        ASSERT_TRUE(StatusUp(tolm));
+        ASSERT_TRUE(Started(tolm));
         EXPECT_TRUE(tolm.HasText("Warning: DHCP lookup failed. You may be unable to access this system"));
         EXPECT_FALSE(tolm.HasText("0.0.0.0"));
         EXPECT_FALSE(tolm.HasText("audit mode"));
@@ -130,7 +130,7 @@ TEST(StatusScreen, WarningsForNoAdapterFailedDhcpAndAuditMode)
         SCOPED_TRACE("audit mode");
         Console tolm("audit");
         tolm.Start();
-        ASSERT_TRUE(StatusUp(tolm));
+        ASSERT_TRUE(Started(tolm));
         EXPECT_TRUE(tolm.HasText("Warning: Host is running in audit mode. Your configuration will not be"));
         EXPECT_TRUE(tolm.HasText("http://192.168.10.21/ (STATIC)"));
         EXPECT_FALSE(tolm.HasText("DHCP lookup failed"));
@@ -143,7 +143,7 @@ TEST(StatusScreen, FailedHostQueriesLeaveTheirLinesOut)
     tolm.Set("/faults", R"({"GetVendorName": "no DMI table", "GetModelName": "cpuid refused",
                             "GetManagementInterface": "netstack down", "Qsi_Get": "no node"})");
     tolm.Start();
-    ASSERT_TRUE(StatusUp(tolm));
+    ASSERT_TRUE(Started(tolm));
     EXPECT_TRUE(tolm.HasText("128 GiB Memory"));
     EXPECT_TRUE(tolm.HasText("http://tarnhost01/"));
     EXPECT_FALSE(tolm.HasText("PowerEdge"));
@@ -165,7 +165,7 @@ TEST(StatusScreen, MemoryFromPagesAndLongLinesCut)
     tolm.SetValue("/hardware/memory/pageSize", 1);
     tolm.SetValue("/hardware/cpu/model", std::string(100, 'M'));
     tolm.Start();
-    ASSERT_TRUE(StatusUp(tolm));
+    ASSERT_TRUE(Started(tolm));
     EXPECT_TRUE(tolm.HasText("1024 MiB Memory"));
     // Cut to the 76 columns between the margins, ending in "...".
     const int row = RowOf(tolm, "2 x MMM");
@@ -200,7 +200,7 @@ TEST(StatusScreen, ColoursAndTheBlackAndWhiteSwitch)
     options.term = "xterm-256color";
     Console tolm(options);
     tolm.Start();
-    ASSERT_TRUE(StatusUp(tolm));
+    ASSERT_TRUE(Started(tolm));
 
     const Pos product = *tolm.FindText("Tarn Hypervisor");
     const Pos heading = *tolm.FindText("Download tools");

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "SystemCommon.h"
+#include "Steps.h"
 
 namespace Tolm::E2E {
 namespace {

@@ -6,20 +6,13 @@
 #include <filesystem>
 #include <string>
 
-#include "SystemCommon.h"
+#include "Steps.h"
 
 namespace Tolm::E2E {
 namespace {
 
 // The panes' footers sit on the menu's last line inside the frame.
 constexpr int FOOTER_ROW = -3;
-
-size_t Count(const std::string& text, const std::string& needle)
-{
-    size_t n = 0;
-    for (size_t at = text.find(needle); at != std::string::npos; at = text.find(needle, at + 1)) ++n;
-    return n;
-}
 
 TEST(SystemMenu, EntriesFollowTheHost)
 {

@@ -5,7 +5,7 @@
 #include <fstream>
 #include <string>
 
-#include "SystemCommon.h"
+#include "Steps.h"
 
 namespace Tolm::E2E {
 namespace {

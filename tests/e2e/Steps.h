@@ -1,0 +1,93 @@
+#pragma once
+// Steps the console's end-to-end tests share: waiting for start-up, logging
+// in, and reading the menu and the input fields.
+#include <regex>
+#include <string>
+
+#include "harness/Console.h"
+
+namespace Tolm::E2E {
+
+// The flag file whose presence allows logging in on the console.
+inline constexpr const char* LOGIN_FLAG = "/var/run/pellor/show-tolm-login";
+// The demo host's root password (tests/fixtures).
+inline constexpr const char* ROOT_PASSWORD = "tolmdemo";
+inline constexpr const char* STATUS_FOOTER = "<F2> Customize System/View Logs";
+
+inline size_t Count(const std::string& text, const std::string& what)
+{
+    size_t n = 0;
+    for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + 1)) ++n;
+    return n;
+}
+
+// Drawing a window discards type-ahead, so keys wait until the screen has
+// settled after a window opened or closed.
+inline bool Settle(Console& tolm) { return tolm.WaitForQuiet(); }
+
+// Start-up is over once the status screen is up (its footer is drawn last)
+// and the pid file names the console (signals sent earlier could arrive
+// before the signal thread).
+inline bool Started(Console& tolm)
+{
+    return tolm.WaitForRow(-1, STATUS_FOOTER) && tolm.WaitForLog("Starting Tolm") &&
+           tolm.WaitUntil([&] { return tolm.PidFile() == tolm.Pid(); }, "pid file names the console") &&
+           Settle(tolm);
+}
+
+// F2 (or F12) on the status screen opens the login dialog.
+inline bool OpenLogin(Console& tolm, Key key = Key::F2)
+{
+    tolm.Press(key);
+    return tolm.WaitForText("Login Name:") && Settle(tolm);
+}
+
+// From the status screen through the login dialog as root: F2 leads to the
+// menu, F12 to the shut-down dialog.
+inline bool LogIn(Console& tolm, Key key = Key::F2)
+{
+    const size_t before = Count(tolm.Syslog(), "User root logged in");
+    if (!Started(tolm) || !OpenLogin(tolm, key)) return false;
+    tolm.Press(Key::Tab);  // the name is "root" already
+    tolm.Type(ROOT_PASSWORD);
+    tolm.Press(Key::Enter);
+    return tolm.WaitUntil([&] { return Count(tolm.Syslog(), "User root logged in") > before; }, "root logged in") &&
+           Settle(tolm);
+}
+
+// The menu is up with `entry` highlighted: its name heads the right pane.
+inline bool ShowsEntry(Console& tolm, const std::string& entry)
+{
+    return tolm.WaitForRow(1, "System Customization +" + entry + "( \\(\\d/\\d\\))?  ");
+}
+
+inline bool LogInToMenu(Console& tolm)
+{
+    return LogIn(tolm) && ShowsEntry(tolm, "Configure Password") && Settle(tolm);
+}
+
+// The row on which `text` is shown, -1 if nowhere.
+inline int RowOf(const Console& tolm, std::string_view text)
+{
+    auto pos = tolm.FindText(text);
+    return pos ? pos->row : -1;
+}
+
+// The row of the field labelled `label` comes to match `regex` after the label.
+inline bool FieldReads(Console& tolm, const std::string& label, const std::string& regex)
+{
+    const std::regex pattern(label + regex);
+    return tolm.WaitUntil(
+        [&] {
+            auto at = tolm.FindText(label);
+            return at && std::regex_search(tolm.Row(at->row), pattern);
+        },
+        "field " + label + " to read " + regex);
+}
+
+inline bool NameShows(Console& tolm, const std::string& name)
+{
+    return FieldReads(tolm, "Login Name:", R"( +\[ )" + name + " ");
+}
+
+}  // namespace Tolm::E2E
