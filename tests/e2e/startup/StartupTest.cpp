@@ -20,8 +20,9 @@ TEST(Startup, ClaimsThePidFileIgnoresABadVtAndEndsOnTerminatingSignals)
         Console tolm;
         tolm.Start(vt ? std::vector<std::string>{vt} : std::vector<std::string>{});
         ASSERT_TRUE(Started(tolm));  // the pid file names the console
-        if (vt)
+        if (vt) {
             EXPECT_NE(tolm.Syslog().find(std::string("Invalid VT specified for Tolm: ") + vt), std::string::npos);
+        }
         EXPECT_TRUE(tolm.Running());
         tolm.Signal(sig);
         EXPECT_EQ(tolm.WaitForExit(), ExitStatus::Exited(0));
