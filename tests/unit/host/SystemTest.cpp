@@ -1,10 +1,10 @@
-// Faults, the event facility, sysinfo, options and running host tools.
+// Faults, the event facility and options. The version record and boot option
+// are read through the catalogue's product line and the status screen.
 #include "HostRoot.h"
 
 #include "host/HostCtlException.h"
 #include "host/TarnCtl.h"
 
-#include <cstring>
 
 namespace Tolm::Test {
 namespace {
@@ -61,23 +61,6 @@ TEST(EventFacility, UnavailableFacilityFailsToOpen)
     EXPECT_FALSE(std::filesystem::exists(root.Root() + "/var/log/evtd.log"));
 }
 
-TEST(Sysinfo, VersionRecordAndBootOption)
-{
-    HostRoot root("audit");
-    char record[TarnCtl::Util::SYSINFO_VERSION_SIZE];
-    std::memset(record, 'x', sizeof record);
-    TarnCtl::Util::SysinfoUtil::SysinfoGet(TarnCtl::Util::QSI_NODE_system_version, record, sizeof record);
-    EXPECT_STREQ("Tarn Hypervisor", record + 0);
-    EXPECT_STREQ("8.0.2", record + 32);
-    EXPECT_STREQ("8.0.2", record + 96);
-    EXPECT_STREQ("22380479", record + 128);
-    int32_t boot = 0;
-    EXPECT_EQ(0, TarnCtl::Util::Qsi_Get(TarnCtl::Util::QSI_NODE_system_bootOption, &boot, sizeof boot));
-    EXPECT_EQ(1, boot);
-    root.Set("/faults/Qsi_Get", "unavailable");
-    EXPECT_NE(0, TarnCtl::Util::Qsi_Get(TarnCtl::Util::QSI_NODE_system_bootOption, &boot, sizeof boot));
-}
-
 TEST(Options, IntegerOptionsKeepTheirLimits)
 {
     HostRoot root;
@@ -92,20 +75,6 @@ TEST(Options, IntegerOptionsKeepTheirLimits)
     EXPECT_EQ(nullptr, adv.FindOption("/UserVars/NoSuchOption"));
     EXPECT_EQ(nullptr, dynamic_cast<HostCtl::Adv::AdvancedIntegerOption*>(
                            adv.FindOption("/UserVars/HostClientWelcomeMessage").get()));
-}
-
-TEST(Exec, CommandLinesRunInsideTheHostRoot)
-{
-    HostRoot root;
-    std::filesystem::create_directories(root.Root() + "/sbin");
-    std::filesystem::create_directories(root.Root() + "/bin");
-    std::filesystem::create_symlink("/bin/sh", root.Root() + "/bin/sh");
-    {
-        std::ofstream script(root.Root() + "/sbin/services.sh");
-        script << "echo \"$1\" > \"$(dirname \"$0\")/../var/log/services.out\"\nexit 3\n";
-    }
-    EXPECT_EQ(3, TarnCtl::Util::TarnCtl_Exec("/bin/sh /sbin/services.sh stop", 0, 1, 0));
-    EXPECT_EQ("stop\n", ReadFile(root.Root() + "/var/log/services.out"));
 }
 
 }  // namespace
