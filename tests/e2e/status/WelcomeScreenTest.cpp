@@ -84,7 +84,8 @@ TEST(StatusScreen, AddressLinesFollowTheManagementInterface)
     tolm.Signal(SIGUSR1);
     ASSERT_TRUE(tolm.WaitForText("http://esx-renamed/"));
     EXPECT_TRUE(tolm.WaitForRow(heading + 2, "^  http://192\\.168\\.10\\.57/ \\(DHCP\\)$"));
-    EXPECT_FALSE(tolm.HasText("http://["));
+    EXPECT_TRUE(tolm.WaitForTextGone("http://["));
+    ASSERT_TRUE(tolm.WaitForQuiet());
     EXPECT_FALSE(tolm.HasText("Warning: DHCP"));
 }
 
