@@ -4,9 +4,11 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <fstream>
 #include <iostream>
 #include <poll.h>
 #include <pty.h>
+#include <sstream>
 #include <stdexcept>
 #include <sys/ioctl.h>
 #include <sys/wait.h>
@@ -128,11 +130,25 @@ Console::~Console()
     StopReader();
     if (master_ >= 0)
         close(master_);
+    ReportSanitizerFindings();
     if (::testing::Test::HasFailure()) {
         std::cerr << "[ harness  ] kept the files of the failed test in " << tmpDir_.string() << "\n";
     } else {
         std::error_code ec;
         fs::remove_all(tmpDir_, ec);
+    }
+}
+
+void Console::ReportSanitizerFindings()
+{
+    std::error_code ec;
+    for (const auto& entry : fs::directory_iterator(tmpDir_, ec)) {
+        if (entry.path().filename().string().rfind("sanitizer.", 0) != 0)
+            continue;
+        std::ifstream in(entry.path());
+        std::stringstream text;
+        text << in.rdbuf();
+        ADD_FAILURE() << "sanitizer report from the program:\n" << text.str();
     }
 }
 
@@ -192,9 +208,17 @@ std::vector<std::string> Console::ChildEnvironment() const
     const std::string path = env.count("PATH") ? env["PATH"] : "/usr/sbin:/usr/bin:/sbin:/bin";
     env["PATH"] = (root_ / "sbin").string() + ":" + (root_ / "bin").string() + ":" + path;
 #ifdef TOLM_E2E_ASAN
-    // The preloaded libraries come before the sanitizer runtime.
+    // The preloaded libraries come before the sanitizer runtime, and the
+    // console's standard error is /dev/null: reports go to files the
+    // destructor turns into test failures.
+    const std::string report = "log_path=" + (tmpDir_ / "sanitizer").string();
     env["ASAN_OPTIONS"] = (env.count("ASAN_OPTIONS") ? env["ASAN_OPTIONS"] + ":" : "") +
-                          "verify_asan_link_order=0";
+                          "verify_asan_link_order=0:" + report;
+    env["UBSAN_OPTIONS"] = (env.count("UBSAN_OPTIONS") ? env["UBSAN_OPTIONS"] + ":" : "") +
+                           "print_stacktrace=1:" + report;
+    // pam_wrapper loads libpam with RTLD_DEEPBIND, which the sanitizer
+    // runtime refuses; this (oddly named) switch turns that off.
+    env["UID_WRAPPER_DISABLE_DEEPBIND"] = "1";
 #endif
     for (const auto& [k, v] : opts_.env)
         env[k] = v;

@@ -192,6 +192,8 @@ private:
     void ReaderLoop(int fd, int stopFd);
     void StopReader();
     void Reap(bool block);
+    // Sanitized builds: reports the program wrote become test failures.
+    void ReportSanitizerFindings();
     void Write(std::string_view bytes);
     // Waits until `done` holds; `screenOnly` conditions give up early once
     // the program's output has ended, since the screen cannot change then.
