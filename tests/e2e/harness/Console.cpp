@@ -154,9 +154,9 @@ void Console::ReportSanitizerFindings()
 
 // ---- Options ---------------------------------------------------------------
 
-void Console::UseFakeTime(std::string spec)
+void Console::UseFakeTime(std::string offset)
 {
-    fakeTime_ = std::move(spec);
+    fakeTime_ = std::move(offset);
 }
 
 fs::path Console::RootPath(std::string_view rel) const

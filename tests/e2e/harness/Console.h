@@ -95,7 +95,7 @@ public:
     // ---- Before start ------------------------------------------------------
     // Run under libfaketime (e.g. "+0 x60" runs the clock 60 times faster);
     // the preload then holds both pam_wrapper and libfaketime.
-    void UseFakeTime(std::string spec);
+    void UseFakeTime(std::string offset);
 
     // ---- Host root ---------------------------------------------------------
     const std::filesystem::path& Root() const { return root_; }

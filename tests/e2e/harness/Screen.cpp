@@ -198,13 +198,13 @@ void Screen::HandleOsc(std::string_view body)
         const int index = std::atoi(std::string(body.substr(0, semi)).c_str());
         body.remove_prefix(semi + 1);
         const auto end = body.find(';');
-        std::string_view spec = body.substr(0, end);
+        std::string_view colour = body.substr(0, end);
         body = end == std::string_view::npos ? std::string_view() : body.substr(end + 1);
-        if (spec.substr(0, 4) != "rgb:" || spec.size() < 12)
+        if (colour.substr(0, 4) != "rgb:" || colour.size() < 12)
             continue;
-        const int r = HexByte(spec.substr(4, 2));
-        const int g = HexByte(spec.substr(7, 2));
-        const int b = HexByte(spec.substr(10, 2));
+        const int r = HexByte(colour.substr(4, 2));
+        const int g = HexByte(colour.substr(7, 2));
+        const int b = HexByte(colour.substr(10, 2));
         if (r >= 0 && g >= 0 && b >= 0)
             palette_[index] = Rgb{uint8_t(r), uint8_t(g), uint8_t(b)};
     }
