@@ -128,6 +128,27 @@ TEST_F(HostSimTools, OrlaCmdRejectsUnknownUsersWith255AndAcceptsTheConsoleAccoun
     EXPECT_NE(Tool("bin/orla-cmd", {"internalsvc/refresh"}).status, 0);
 }
 
+TEST_F(HostSimTools, MisusedToolsPrintAUsageLineAndChangeNothing)
+{
+    const std::vector<std::pair<std::string, std::vector<std::string>>> misuse = {
+        {"bin/orla-cmd", {"-X"}},
+        {"bin/powerOffVms", {"--now"}},
+        {"sbin/talvocli", {"system", "settings", "advanced", "set", "-o"}},
+        {"sbin/tarnping", {}},
+        {"sbin/firmwareConfig.sh", {"--everything"}},
+        {"sbin/services.sh", {"reload"}},
+        {"sbin/reboot", {"-x"}},
+    };
+    const json before = host.State("");
+    for (const auto& [tool, args] : misuse) {
+        SCOPED_TRACE(tool);
+        const RunResult r = Tool(tool, args);
+        EXPECT_NE(r.status, 0);
+        EXPECT_NE(r.err.find("usage"), std::string::npos) << r.err;
+    }
+    EXPECT_EQ(host.State(""), before) << "a misused tool changes nothing";
+}
+
 TEST_F(HostSimTools, ShellAndSshFollowManagementCommandsAndInitScripts)
 {
     auto orla = [&](const char* command) { return Tool("bin/orla-cmd", {"-U", "root", command}); };
