@@ -5,7 +5,7 @@ packages=(
   g++ make cmake ninja-build pkg-config
   libncurses-dev libpam0g-dev libboost-filesystem-dev nlohmann-json3-dev
   googletest libgtest-dev libgmock-dev libvterm-dev libpam-wrapper
-  less openssl openssh-client faketime libfaketime tmux
+  less openssl openssh-client faketime libfaketime
 )
 missing=()
 for p in "${packages[@]}"; do

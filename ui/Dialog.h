@@ -41,5 +41,9 @@ protected:
 // Footer of a dialog acknowledged with Enter.
 inline constexpr const char* FOOTER_ENTER_OK =
     "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}{/align}";
+// Footer of a dialog accepted with Enter or cancelled with Esc.
+inline constexpr const char* FOOTER_OK_CANCEL =
+    "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  "
+    "{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
 
 }  // namespace Tolm

@@ -37,9 +37,6 @@ constexpr unsigned ID_MISMATCH = 164;
 constexpr unsigned ID_EMPTY = 165;
 constexpr unsigned ID_CHANGE_FAILED = 167;
 
-constexpr const char* FOOTER =
-    "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  "
-    "{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
 
 constexpr const char* BACKUP_PATH = "/sbin/backup.sh";
 
@@ -109,7 +106,7 @@ int ChangePasswordDialog::Execute()
 {
     SetTitle(Text(ID_TITLE));
     SetText(Text(ID_TEXT));
-    SetFooter(FOOTER);
+    SetFooter(FOOTER_OK_CANCEL);
     _fields.Focus(OLD);
     for (;;) {
         const int key = Frame::GetKey(this, true);

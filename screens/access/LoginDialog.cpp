@@ -40,13 +40,10 @@ constexpr unsigned ID_NO_PERMISSION = 155;
 
 constexpr const char* DEFAULT_USER = "root";
 
-constexpr const char* FOOTER_PASSWORD =
-    "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  "
-    "{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
-constexpr const char* FOOTER_PIN =
-    "{align:left}{color:black>}<F3>{/color} {color:dark-grey}Switch PIN/Password Login{/color}{/align}"
-    "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  "
-    "{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
+// The stray ">" after "black" is part of the footer as the host shows it.
+const std::string FOOTER_PIN =
+    std::string("{align:left}{color:black>}<F3>{/color} {color:dark-grey}Switch PIN/Password Login{/color}{/align}") +
+    FOOTER_OK_CANCEL;
 
 // Priority values of the login results on the auth facility; success is
 // logged at the most urgent level on purpose.
@@ -97,7 +94,7 @@ void LoginDialog::Fill()
     } else {
         SetText(Text(ID_PASSWORD_PROMPT) + where);
         _name->SetValue(DEFAULT_USER);
-        SetFooter(FOOTER_PASSWORD);
+        SetFooter(FOOTER_OK_CANCEL);
     }
     FieldList::Clear(*_password);
     _fields.Focus(_nameIndex);
