@@ -100,9 +100,9 @@ public:
     virtual void SaveDnsConfig(const std::string& stack) = 0;
 
     // Switches.
-    virtual void AddUplink(const std::string& vswitch, const std::string& pnic) = 0;
-    virtual void RemoveUplink(const std::string& vswitch, const std::string& pnic) = 0;
-    virtual void SetMaxActiveUplinks(const std::string& vswitch, int count) = 0;
+    virtual void AddUplink(const std::string& switchName, const std::string& pnic) = 0;
+    virtual void RemoveUplink(const std::string& switchName, const std::string& pnic) = 0;
+    virtual void SetMaxActiveUplinks(const std::string& switchName, int count) = 0;
     // `distributed` selects a distributed switch by that name.
     virtual void SetVlanId(const std::string& sw, bool distributed, const std::string& portGroup, int vlanId) = 0;
 

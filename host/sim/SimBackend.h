@@ -50,9 +50,9 @@ public:
     void AddSearchDomain(const std::string& stack, const std::string& domain) override;
     void SaveDnsConfig(const std::string& stack) override;
 
-    void AddUplink(const std::string& vswitch, const std::string& pnic) override;
-    void RemoveUplink(const std::string& vswitch, const std::string& pnic) override;
-    void SetMaxActiveUplinks(const std::string& vswitch, int count) override;
+    void AddUplink(const std::string& switchName, const std::string& pnic) override;
+    void RemoveUplink(const std::string& switchName, const std::string& pnic) override;
+    void SetMaxActiveUplinks(const std::string& switchName, int count) override;
     void SetVlanId(const std::string& sw, bool distributed, const std::string& portGroup, int vlanId) override;
 
     std::optional<Host::AdvancedOptionRecord> FindOption(const std::string& path) override;

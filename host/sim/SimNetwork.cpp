@@ -496,16 +496,16 @@ void SimBackend::SaveDnsConfig(const std::string& stack)
     });
 }
 
-void SimBackend::AddUplink(const std::string& vswitch, const std::string& pnic)
+void SimBackend::AddUplink(const std::string& switchName, const std::string& pnic)
 {
     Change([&](json& state) {
         if (!FindNamed(ArrayAt(state, "/network/pnics"), pnic))
             throw HostCtlException("Physical nic " + pnic + " not found");
-        json& sw = VirtualSwitchIn(state, vswitch);
+        json& sw = VirtualSwitchIn(state, switchName);
         for (const auto& other : ArrayAt(state, "/network/virtualSwitches")) {
             const json& uplinks = other.value("uplinks", json::array());
             if (std::find(uplinks.begin(), uplinks.end(), json(pnic)) != uplinks.end()) {
-                if (other.value("name", std::string()) == vswitch)
+                if (other.value("name", std::string()) == switchName)
                     return;
                 throw HostCtlException("Physical nic " + pnic + " is already used by " + other.value("name", std::string()));
             }
@@ -519,25 +519,25 @@ void SimBackend::AddUplink(const std::string& vswitch, const std::string& pnic)
     });
 }
 
-void SimBackend::RemoveUplink(const std::string& vswitch, const std::string& pnic)
+void SimBackend::RemoveUplink(const std::string& switchName, const std::string& pnic)
 {
     Change([&](json& state) {
-        json& sw = VirtualSwitchIn(state, vswitch);
+        json& sw = VirtualSwitchIn(state, switchName);
         json& uplinks = ArrayAt(sw, "/uplinks");
         auto it = std::find(uplinks.begin(), uplinks.end(), json(pnic));
         if (it == uplinks.end())
-            throw HostCtlException("Physical nic " + pnic + " is not an uplink of " + vswitch);
+            throw HostCtlException("Physical nic " + pnic + " is not an uplink of " + switchName);
         uplinks.erase(it);
         json& order = ArrayAt(sw, "/teaming/uplinkOrder");
         order.erase(std::remove(order.begin(), order.end(), json(pnic)), order.end());
     });
 }
 
-void SimBackend::SetMaxActiveUplinks(const std::string& vswitch, int count)
+void SimBackend::SetMaxActiveUplinks(const std::string& switchName, int count)
 {
     if (count < 1)
         throw HostCtlException("Maximum number of active uplinks must be at least 1");
-    Change([&](json& state) { VirtualSwitchIn(state, vswitch)["teaming"]["maxActiveUplinks"] = count; });
+    Change([&](json& state) { VirtualSwitchIn(state, switchName)["teaming"]["maxActiveUplinks"] = count; });
 }
 
 void SimBackend::SetVlanId(const std::string& sw, bool distributed, const std::string& portGroup, int vlanId)
