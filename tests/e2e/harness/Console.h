@@ -5,7 +5,7 @@
 // type keys, wait for the screen, and read the simulated host root.
 //
 //   Tolm::E2E::Console tolm;                  // fresh root, default fixture
-//   tolm.Set("/network/dns/hostname", "\"esx1\"");
+//   tolm.Set("/network/dns/hostname", "\"host1\"");
 //   tolm.Start();                             // build/bin/tolm, 80x25, xterm
 //   ASSERT_TRUE(tolm.WaitForText("<F2>"));
 //   tolm.Press(Key::F2);

@@ -80,9 +80,9 @@ TEST(StatusScreen, AddressLinesFollowTheManagementInterface)
     tolm.Set("/network/kernelNics/0/ipv4",
              R"({"mode": "dhcp", "address": "192.168.10.57", "netmask": "255.255.255.0", "dhcpFailed": false})");
     tolm.SetValue("/network/ipv6/enabled", false);
-    tolm.SetValue("/network/dns/hostname", "esx-renamed");
+    tolm.SetValue("/network/dns/hostname", "tarnhost-renamed");
     tolm.Signal(SIGUSR1);
-    ASSERT_TRUE(tolm.WaitForText("http://esx-renamed/"));
+    ASSERT_TRUE(tolm.WaitForText("http://tarnhost-renamed/"));
     EXPECT_TRUE(tolm.WaitForRow(heading + 2, "^  http://192\\.168\\.10\\.57/ \\(DHCP\\)$"));
     EXPECT_TRUE(tolm.WaitForTextGone("http://["));
     ASSERT_TRUE(tolm.WaitForQuiet());

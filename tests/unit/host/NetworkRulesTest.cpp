@@ -182,10 +182,10 @@ TEST(NetworkRules, DnsSettings)
     EXPECT_EQ(1u, dns.GetNameServers().size());
     EXPECT_EQ("2001:db8::53", dns.GetIpv6NameServers().at(0).GetStringAddress());
 
-    dns.SetHostname("esx9.corp.example");
-    EXPECT_EQ("esx9", dns.GetHostname());
+    dns.SetHostname("node9.corp.example");
+    EXPECT_EQ("node9", dns.GetHostname());
     EXPECT_EQ("corp.example", dns.GetDomain());
-    EXPECT_EQ("esx9", root.Read()["network"]["dns"]["hostname"]);
+    EXPECT_EQ("node9", root.Read()["network"]["dns"]["hostname"]);
     EXPECT_THROW(DnsConfigImpl("otherStack").GetHostname(), HostCtlException);
 }
 
