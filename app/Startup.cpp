@@ -11,6 +11,7 @@
 #include <climits>
 #include <clocale>
 #include <cstdio>
+#include <csignal>
 #include <cstdlib>
 #include <cstring>
 
@@ -70,6 +71,11 @@ int RunConsole(int argc, char** argv, const std::function<std::unique_ptr<Frame>
     }
 
     Frame::InitSignals();
+    // Ctrl-Z on the terminal raises SIGTSTP. Left at its default, curses
+    // catches it with a handler that redraws the screen from inside the
+    // signal, wherever the main thread happens to be; the console is never
+    // suspended anyway, so the signal is ignored before curses starts.
+    std::signal(SIGTSTP, SIG_IGN);
     Frame::LoadIdleTimeout();
 
     // Nothing may reach the screen except through curses.
