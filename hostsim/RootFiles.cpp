@@ -3,6 +3,7 @@
 
 #include "hostsim/HostSim.h"
 #include "hostsim/StateKeys.h"
+#include "host/ShellQuote.h"
 
 #include <cstdlib>
 #include <fcntl.h>
@@ -21,18 +22,6 @@ namespace fs = std::filesystem;
 
 namespace Tolm::HostSim {
 namespace {
-
-std::string ShellQuote(const std::string& word)
-{
-    std::string out = "'";
-    for (char c : word) {
-        if (c == '\'')
-            out += "'\\''";
-        else
-            out += c;
-    }
-    return out + "'";
-}
 
 // Where Debian's libpam-wrapper puts pam_matrix; the first that exists wins.
 std::string PamMatrixModule()

@@ -4,6 +4,7 @@
 #include "host/sim/SimBackend.h"
 
 #include "host/HostPaths.h"
+#include "host/ShellQuote.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -44,18 +45,6 @@ std::string EventLogPath(const std::string& statePath)
     if (statePath.size() >= suffix.size() && statePath.compare(statePath.size() - suffix.size(), suffix.size(), suffix) == 0)
         return statePath.substr(0, statePath.size() - suffix.size()) + "/var/log/evtd.log";
     return std::filesystem::path(statePath).parent_path().string() + "/evtd.log";
-}
-
-std::string ShellQuote(const std::string& s)
-{
-    std::string out = "'";
-    for (char c : s) {
-        if (c == '\'')
-            out += "'\\''";
-        else
-            out += c;
-    }
-    return out + "'";
 }
 
 // Absolute paths in a command line move into the host root; a word is
