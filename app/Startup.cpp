@@ -15,6 +15,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "app/HostBackend.h"
 #include "frame/Frame.h"
 #include "frame/StartupChecks.h"
 #include "frame/Terminal.h"
@@ -35,15 +36,6 @@ void EndCursesAtExit()
     if (stdscr && !isendwin()) endwin();
 }
 
-// A simulated host brings its own poweroff, reboot and friends.
-void UseSimulatedRootTools()
-{
-    if (!HostPath::IsSimulated()) return;
-    std::string path = HostPath::Resolve("/sbin") + ":" + HostPath::Resolve("/bin");
-    if (const char* old = std::getenv("PATH"); old && *old) path += std::string(":") + old;
-    setenv("PATH", path.c_str(), 1);
-}
-
 void SwitchToVt(int vt)
 {
     std::string console = HostPath::Resolve("/dev/console");
@@ -62,12 +54,13 @@ void SwitchToVt(int vt)
 
 int RunConsole(int argc, char** argv, const std::function<std::unique_ptr<Frame>()>& makeStatusScreen)
 {
-    UseSimulatedRootTools();
+    const App::Arguments args = App::ParseArguments(argc, argv);
+    if (!App::InstallHostBackend(args.backend)) return 1;
 
     std::optional<int> vt;
-    if (argc > 1) {
-        vt = Startup::ParseVt(argv[1]);
-        if (!vt) Log::Write(LOG_ERR, "Invalid VT specified for Tolm: %s", argv[1]);
+    if (!args.positional.empty()) {
+        vt = Startup::ParseVt(args.positional[0].c_str());
+        if (!vt) Log::Write(LOG_ERR, "Invalid VT specified for Tolm: %s", args.positional[0].c_str());
     }
 
     Frame::InitSignals();

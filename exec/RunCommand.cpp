@@ -12,6 +12,7 @@
 #include <sys/types.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <vector>
 
 namespace Tolm {
 namespace {
@@ -216,6 +217,23 @@ void WaitForChild(pid_t pid, int timeoutSeconds, int& status)
     ::kill(pid, SIGKILL);
 }
 
+// The program is a host path; so is the script the shell is handed as its
+// first argument ("/bin/sh /etc/init.d/SSH status"). Both are resolved here,
+// once, for every caller; `script` keeps the resolved script alive.
+std::vector<const char*> HostArguments(const std::string& program, const char* const* argv, std::string& script)
+{
+    std::vector<const char*> args;
+    for (const char* const* a = argv; a != nullptr && *a != nullptr; ++a)
+        args.push_back(*a);
+    bool shell = program.size() >= 3 && program.compare(program.size() - 3, 3, "/sh") == 0;
+    if (shell && args.size() > 1 && args[1][0] == '/') {
+        script = HostPath::Resolve(args[1]);
+        args[1] = script.c_str();
+    }
+    args.push_back(nullptr);
+    return args;
+}
+
 }  // namespace
 
 int RunCommand(const char* path, const char* const* argv, char* out, unsigned int* outLength,
@@ -228,8 +246,10 @@ int RunCommand(const char* path, const char* const* argv, char* out, unsigned in
     if (!inPipe.Open() || !outPipe.Open() || !errPipe.Open())
         return -1;
 
-    pid_t pid = StartChild(HostPath::Resolve(path == nullptr ? "" : path), argv, inPipe, outPipe,
-                           errPipe);
+    const std::string program = path == nullptr ? "" : path;
+    std::string script;
+    std::vector<const char*> args = HostArguments(program, argv, script);
+    pid_t pid = StartChild(HostPath::Resolve(program), args.data(), inPipe, outPipe, errPipe);
     if (pid < 0)
         return -1;  // the pipes close on the way out; errno survives closing
 

@@ -6,7 +6,9 @@ namespace Tolm {
 
 // Runs the executable at `path` (an absolute host path, resolved inside the
 // host root) with `argv` (null-terminated; element 0 is the tool's short name)
-// and an environment of exactly "PYTHONHOME=/".
+// and an environment of exactly "PYTHONHOME=/". When the program is the shell
+// and its first argument an absolute path (a script), that script is a host
+// path too and is resolved inside the host root.
 //
 // `out`/`err` may be null; then nothing is collected and the matching length
 // is left alone. Otherwise *outLength is the capacity on entry and the count

@@ -1,6 +1,6 @@
 #include "host/Backend.h"
 
-#include "host/sim/SimBackend.h"
+#include "host/HostCtlException.h"
 
 #include <mutex>
 
@@ -8,37 +8,46 @@ namespace Tolm::Host {
 namespace {
 
 // The live-core thread uses the library beside the main thread, so the
-// choice of backend is guarded; the backends themselves keep no state in
-// memory between calls.
+// backend is guarded; the backends themselves keep no state in memory
+// between calls.
 std::mutex gMutex;
 std::unique_ptr<Backend> gBackend;
 
+std::vector<std::string_view>& Operations()
+{
+    thread_local std::vector<std::string_view> operations;
+    return operations;
+}
+
 }  // namespace
+
+Operation::Operation(std::string_view name)
+{
+    Operations().push_back(name);
+}
+
+Operation::~Operation()
+{
+    Operations().pop_back();
+}
+
+const std::vector<std::string_view>& Operation::Active()
+{
+    return Operations();
+}
 
 Backend& Current()
 {
     std::lock_guard<std::mutex> lock(gMutex);
     if (!gBackend)
-        gBackend = std::make_unique<HostSim::SimBackend>(HostSim::StateFile::DefaultPath());
+        throw HostCtl::Lib::HostCtlException("no host backend is in use");
     return *gBackend;
-}
-
-Backend& Use(const std::string& op)
-{
-    Backend& backend = Current();
-    backend.CheckFault(op);
-    return backend;
 }
 
 void SetBackend(std::unique_ptr<Backend> backend)
 {
     std::lock_guard<std::mutex> lock(gMutex);
     gBackend = std::move(backend);
-}
-
-void UseSimulatedState(const std::string& statePath)
-{
-    SetBackend(std::make_unique<HostSim::SimBackend>(statePath));
 }
 
 }  // namespace Tolm::Host

@@ -1,17 +1,19 @@
 #pragma once
 // The one interface behind the host library. The TarnCtl classes are thin
-// facades over the backend chosen once per process; nothing outside host/
-// includes this header except tests.
+// facades over the backend chosen once per process at start-up; only host/,
+// the backends, the program that chooses one and tests include this header.
 //
-// Every operation throws HostCtl::Lib::HostCtlException on failure.
+// Every operation throws HostCtl::Lib::HostCtlException on failure, whatever
+// went wrong inside the backend.
+#include "host/HostCtlHardware.h"
 #include "host/HostCtlNetwork.h"
-#include "host/TarnCtlHardware.h"
-#include "host/TarnCtlSystem.h"
+#include "host/HostCtlSystem.h"
 
 #include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace Tolm::Host {
@@ -58,10 +60,6 @@ enum IpFamilies : int { IPV4_FAMILY = 1, IPV6_FAMILY = 2, BOTH_FAMILIES = 3 };
 class Backend {
 public:
     virtual ~Backend() = default;
-
-    // Throws the injected failure of operation `op` (the facade's operation
-    // name, e.g. "GetPnics"), if any.
-    virtual void CheckFault(const std::string& op) = 0;
 
     // Network information.
     virtual void UpdateManagementInterface() = 0;
@@ -144,16 +142,40 @@ public:
     virtual int Exec(const std::string& commandLine) = 0;
 };
 
-// The process's backend, created on first use: today the simulated host over
-// HostSim::StateFile::DefaultPath() (read at that moment).
+// The facade operations the calling thread is serving, outermost first
+// (e.g. "GetMacAddress", then "GetPnic" for the read it makes). A backend may
+// name them in its failures; the simulated one fails them on request.
+class Operation {
+public:
+    explicit Operation(std::string_view name);
+    ~Operation();
+    Operation(const Operation&) = delete;
+    Operation& operator=(const Operation&) = delete;
+
+    static const std::vector<std::string_view>& Active();
+};
+
+// The process's backend. Throws HostCtlException until one is installed.
 Backend& Current();
 
-// Checks the injected failure of `op`, then returns the backend.
-Backend& Use(const std::string& op);
+// One facade call: serves operation `op` on the current backend for as long
+// as the full expression lasts, so `Use("GetPnics")->GetPnics()`.
+class Call {
+public:
+    explicit Call(std::string_view op) : _backend(Current()), _operation(op) {}
+    Backend* operator->() const { return &_backend; }
 
-// For tests and tools: replace the backend (null returns to the default
-// choice on next use), or point the simulated backend at another state file.
+private:
+    Backend& _backend;
+    Operation _operation;
+};
+
+inline Call Use(std::string_view op)
+{
+    return Call(op);
+}
+
+// Installs the backend chosen at start-up (or by a test); null removes it.
 void SetBackend(std::unique_ptr<Backend> backend);
-void UseSimulatedState(const std::string& statePath);
 
 }  // namespace Tolm::Host

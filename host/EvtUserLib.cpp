@@ -24,7 +24,7 @@ std::atomic<bool> gOpen{false};
 int EvtUserLib_Init()
 {
     try {
-        if (!Tolm::Host::Use("EvtUserLib_Init").IsEventFacilityAvailable())
+        if (!Tolm::Host::Use("EvtUserLib_Init")->IsEventFacilityAvailable())
             return EVT_UNAVAILABLE;
     } catch (const HostCtl::Lib::HostCtlException&) {
         return EVT_HOST_ERROR;
@@ -57,7 +57,7 @@ int EvtUserLib_AddEvt(const char* fmt, ...)
         if (c == '\n')
             c = ' ';
     try {
-        Tolm::Host::Use("EvtUserLib_AddEvt").AppendEvent(record);
+        Tolm::Host::Use("EvtUserLib_AddEvt")->AppendEvent(record);
     } catch (const HostCtl::Lib::HostCtlException&) {
         return EVT_WRITE_FAILED;
     }

@@ -9,13 +9,13 @@ void AdvancedIntegerOption::SetValue(int64_t value)
 {
     if (value < _min || value > _max)
         throw Lib::HostCtlException("Value " + std::to_string(value) + " out of range for option " + GetName());
-    Tolm::Host::Use("SetValue").SetIntegerOption(GetName(), value);
+    Tolm::Host::Use("SetValue")->SetIntegerOption(GetName(), value);
     _value = value;
 }
 
 void AdvancedStringOption::SetValue(const std::string& value)
 {
-    Tolm::Host::Use("SetValue").SetStringOption(GetName(), value);
+    Tolm::Host::Use("SetValue")->SetStringOption(GetName(), value);
     _value = value;
 }
 
@@ -27,7 +27,7 @@ using Tolm::Host::Use;
 
 std::unique_ptr<HostCtl::Adv::AdvancedOption> AdvancedOptionImpl::FindOption(const std::string& path)
 {
-    auto r = Use("FindOption").FindOption(path);
+    auto r = Use("FindOption")->FindOption(path);
     if (!r)
         return nullptr;
     if (r->type == "integer")
@@ -38,19 +38,19 @@ std::unique_ptr<HostCtl::Adv::AdvancedOption> AdvancedOptionImpl::FindOption(con
 
 bool AdvancedOptionImpl::HasUserOption(const std::string& name)
 {
-    return Use("HasUserOption").GetUserOption(name).has_value();
+    return Use("HasUserOption")->GetUserOption(name).has_value();
 }
 
 std::optional<std::string> AdvancedOptionImpl::GetUserOption(const std::string& name)
 {
-    return Use("GetUserOption").GetUserOption(name);
+    return Use("GetUserOption")->GetUserOption(name);
 }
 
 void AdvancedOptionImpl::SetUserOption(const std::string& name, const std::string& value)
 {
-    Use("SetUserOption").SetUserOption(name, value);
+    Use("SetUserOption")->SetUserOption(name, value);
 }
 
-void AdvancedOptionImpl::RemoveUserOption(const std::string& name) { Use("RemoveUserOption").RemoveUserOption(name); }
+void AdvancedOptionImpl::RemoveUserOption(const std::string& name) { Use("RemoveUserOption")->RemoveUserOption(name); }
 
 }  // namespace TarnCtl::Adv

@@ -6,7 +6,7 @@ namespace TarnCtl::System {
 
 std::string PowerInfoImpl::GetPowerState()
 {
-    return Tolm::Host::Use("GetPowerState").GetPowerState();
+    return Tolm::Host::Use("GetPowerState")->GetPowerState();
 }
 
 bool PowerInfoImpl::IsGoingDown()

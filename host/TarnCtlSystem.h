@@ -1,6 +1,8 @@
 #pragma once
 // System information: keyboard layouts, system alerts, firewall rulesets,
 // virtual machines. Throws HostCtl::Lib::HostCtlException on failure.
+#include "host/HostCtlSystem.h"
+
 #include <memory>
 #include <string>
 #include <vector>
@@ -19,13 +21,6 @@ public:
 
 private:
     std::string _id;
-};
-
-struct VirtualMachine {
-    std::string name;
-    std::string powerState;  // "poweredOn", "poweredOff", "suspended"
-    const std::string& GetName() const { return name; }
-    bool IsRunning() const { return powerState == "poweredOn"; }
 };
 
 }  // namespace HostCtl::System

@@ -13,7 +13,7 @@ using HostCtl::Lib::HostCtlException;
 
 int TarnCtl_Exec(const std::string& commandLine, int, int, int)
 {
-    return Tolm::Host::Use("TarnCtl_Exec").Exec(commandLine);
+    return Tolm::Host::Use("TarnCtl_Exec")->Exec(commandLine);
 }
 
 namespace {
@@ -57,14 +57,14 @@ void ReadNode(int node, void* out, size_t size)
 
 void SysinfoUtil::SysinfoGet(int node, void* out, size_t size)
 {
-    Tolm::Host::Current().CheckFault("SysinfoGet");
+    Tolm::Host::Operation operation("SysinfoGet");
     ReadNode(node, out, size);
 }
 
 int Qsi_Get(int node, void* out, size_t size)
 {
     try {
-        Tolm::Host::Current().CheckFault("Qsi_Get");
+        Tolm::Host::Operation operation("Qsi_Get");
         ReadNode(node, out, size);
         return 0;
     } catch (const HostCtlException&) {

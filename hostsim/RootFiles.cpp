@@ -2,6 +2,7 @@
 #include "hostsim/RootFiles.h"
 
 #include "hostsim/HostSim.h"
+#include "hostsim/pam/passdb.h"
 #include "hostsim/StateKeys.h"
 #include "host/ShellQuote.h"
 
@@ -209,15 +210,7 @@ void WritePamSetup(const std::string& root, const nlohmann::json& state)
 void AddPamAccount(const std::string& root, const std::string& user, const std::string& password)
 {
     std::string passdb = InRoot(root, PASSDB_FILE);
-    std::ifstream in(passdb);
-    std::string line;
-    while (std::getline(in, line))
-        if (line.rfind(user + ":", 0) == 0)
-            return;
-    in.close();
-    std::ofstream out(passdb, std::ios::app);
-    out << user << ":" << password << ":tolm\n";
-    if (!out.flush())
+    if (PassdbChange(passdb.c_str(), user.c_str(), password.c_str(), "tolm", PASSDB_ADD) != 0)
         throw Refusal("cannot write " + passdb);
 }
 

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <fcntl.h>
 #include <filesystem>
 #include <sys/wait.h>
@@ -47,46 +48,57 @@ std::string EventLogPath(const std::string& statePath)
     return std::filesystem::path(statePath).parent_path().string() + "/evtd.log";
 }
 
-// Absolute paths in a command line move into the host root; a word is
-// taken as a path when it starts with "/" (after an optional redirection).
-std::string ResolveCommandLine(const std::string& line)
+// The program (the command line's first word) is a host path and moves into
+// the host root; its arguments are the program's own business, and the
+// root's tools resolve the paths they are given themselves.
+std::string ResolveProgram(const std::string& line)
 {
-    if (!HostPath::IsSimulated())
+    size_t start = line.find_first_not_of(" \t");
+    if (start == std::string::npos || line[start] != '/')
         return line;
-    std::string out;
-    size_t i = 0;
-    while (i < line.size()) {
-        if (line[i] == ' ' || line[i] == '\t') {
-            out += line[i++];
-            continue;
-        }
-        size_t end = line.find_first_of(" \t", i);
-        if (end == std::string::npos)
-            end = line.size();
-        std::string word = line.substr(i, end - i);
-        size_t lead = word.find_first_not_of("<>&0123456789");
-        if (lead != std::string::npos && word[lead] == '/' && word.compare(lead, std::string::npos, "/dev/null") != 0 && (lead == 0 || word[lead - 1] == '>' || word[lead - 1] == '<'))
-            word = word.substr(0, lead) + ShellQuote(HostPath::Resolve(word.substr(lead)));
-        out += word;
-        i = end;
+    size_t end = line.find_first_of(" \t", start);
+    if (end == std::string::npos)
+        end = line.size();
+    return line.substr(0, start) + ShellQuote(HostPath::Resolve(line.substr(start, end - start))) + line.substr(end);
+}
+
+// The message planted for the outermost facade operation being served.
+void ThrowPlantedFault(const json& state)
+{
+    auto faults = state.find("faults");
+    if (faults == state.end() || !faults->is_object())
+        return;
+    for (std::string_view op : Host::Operation::Active()) {
+        auto fault = faults->find(op);
+        if (fault != faults->end())
+            throw HostCtlException(fault->is_string() ? fault->get<std::string>() : fault->dump());
     }
-    return out;
 }
 
 }  // namespace
 
-void SimBackend::CheckFault(const std::string& op)
+void UseSimulatedState(const std::string& statePath)
 {
-    json state = Load();
-    const json* faults = Find(state, "/faults");
-    if (!faults || !faults->is_object() || !faults->contains(op))
-        return;
-    const json& message = (*faults)[op];
-    throw HostCtlException(message.is_string() ? message.get<std::string>() : message.dump());
+    Host::SetBackend(std::make_unique<SimBackend>(statePath));
+}
+
+json SimBackend::Load() const
+{
+    json state = _file.Read();
+    ThrowPlantedFault(state);
+    return state;
+}
+
+void SimBackend::Change(const std::function<void(json&)>& change) const
+{
+    _file.Update([&](json& state) {
+        ThrowPlantedFault(state);
+        change(state);
+    });
 }
 
 std::optional<Host::AdvancedOptionRecord> SimBackend::FindOption(const std::string& path)
-{
+try {
     json state = Load();
     const json* option = Find(state, OptionPointer(path));
     if (!option || !option->is_object() || !option->contains("type"))
@@ -109,10 +121,12 @@ std::optional<Host::AdvancedOptionRecord> SimBackend::FindOption(const std::stri
         throw HostCtlException("Option " + path + " is malformed");
     }
     return r;
+} catch (...) {
+    RethrowAsHostFailure();
 }
 
 void SimBackend::SetIntegerOption(const std::string& path, int64_t value)
-{
+try {
     std::string pointer = OptionPointer(path);
     Change([&](json& state) {
         const json* option = Find(state, pointer);
@@ -123,10 +137,12 @@ void SimBackend::SetIntegerOption(const std::string& path, int64_t value)
             throw HostCtlException("Value " + std::to_string(value) + " out of range for option " + path);
         o["value"] = value;
     });
+} catch (...) {
+    RethrowAsHostFailure();
 }
 
 void SimBackend::SetStringOption(const std::string& path, const std::string& value)
-{
+try {
     std::string pointer = OptionPointer(path);
     Change([&](json& state) {
         const json* option = Find(state, pointer);
@@ -134,34 +150,42 @@ void SimBackend::SetStringOption(const std::string& path, const std::string& val
             throw HostCtlException("String option " + path + " not found");
         state[json::json_pointer(pointer)]["value"] = value;
     });
+} catch (...) {
+    RethrowAsHostFailure();
 }
 
 std::optional<std::string> SimBackend::GetUserOption(const std::string& name)
-{
+try {
     json state = Load();
     const json* value = Find(state, UserOptionPointer(name));
     if (!value)
         return std::nullopt;
     return value->is_string() ? value->get<std::string>() : value->dump();
+} catch (...) {
+    RethrowAsHostFailure();
 }
 
 void SimBackend::SetUserOption(const std::string& name, const std::string& value)
-{
+try {
     std::string pointer = UserOptionPointer(name);
     Change([&](json& state) { state[json::json_pointer(pointer)] = value; });
+} catch (...) {
+    RethrowAsHostFailure();
 }
 
 void SimBackend::RemoveUserOption(const std::string& name)
-{
+try {
     UserOptionPointer(name);
     Change([&](json& state) {
         if (state.contains("userOptions") && state["userOptions"].is_object())
             state["userOptions"].erase(name);
     });
+} catch (...) {
+    RethrowAsHostFailure();
 }
 
 Host::HardwareRecord SimBackend::GetHardware()
-{
+try {
     json state = Load();
     Host::HardwareRecord r;
     r.vendor = Get<std::string>(state, "/hardware/vendor");
@@ -174,29 +198,33 @@ Host::HardwareRecord SimBackend::GetHardware()
     r.totalPages = Get<uint64_t>(state, "/hardware/memory/totalPages");
     r.pageSize = Get<uint64_t>(state, "/hardware/memory/pageSize");
     return r;
+} catch (...) {
+    RethrowAsHostFailure();
 }
 
 std::vector<HostCtl::Hardware::SmartCardSlot> SimBackend::GetSmartCardSlots()
-{
+try {
     json state = Load();
     std::vector<HostCtl::Hardware::SmartCardSlot> out;
-    for (const auto& s : GetOr<json>(state, "/smartCards/slots", json::array())) {
+    for (const auto& s : ListAt(state, "/smartCards/slots")) {
         HostCtl::Hardware::SmartCardSlot slot;
         slot.name = s.value("name", std::string());
         if (s.contains("token") && s["token"].is_object()) {
             HostCtl::Hardware::SmartCardToken token;
             token.label = s["token"].value("label", std::string());
-            for (const auto& id : s["token"].value("userIds", json::array()))
+            for (const auto& id : Items(s["token"], "userIds"))
                 token.userIds.push_back(id.is_string() ? id.get<std::string>() : std::string());
             slot.token = std::move(token);
         }
         out.push_back(std::move(slot));
     }
     return out;
+} catch (...) {
+    RethrowAsHostFailure();
 }
 
 std::string SimBackend::GetPowerState()
-{
+try {
     // The simulated power tools only record the new state: this is how the
     // console learns that its host went down.
     const json state = Load();
@@ -204,99 +232,128 @@ std::string SimBackend::GetPowerState()
     if (power != nullptr && power->is_object() && power->contains("state") && (*power)["state"].is_string())
         return (*power)["state"].get<std::string>();
     return "running";
+} catch (...) {
+    RethrowAsHostFailure();
 }
 
 std::string SimBackend::GetKeyboardLayout()
-{
+try {
     return Get<std::string>(Load(), "/system/keyboard/current");
+} catch (...) {
+    RethrowAsHostFailure();
 }
 
 std::vector<std::string> SimBackend::GetKeyboardLayouts()
-{
+try {
     return Get<std::vector<std::string>>(Load(), "/system/keyboard/layouts");
+} catch (...) {
+    RethrowAsHostFailure();
 }
 
 void SimBackend::SetKeyboardLayout(const std::string& name)
-{
+try {
     Change([&](json& state) {
         auto layouts = Get<std::vector<std::string>>(state, "/system/keyboard/layouts");
         if (std::find(layouts.begin(), layouts.end(), name) == layouts.end())
             throw HostCtlException("Unknown keyboard layout '" + name + "'");
         state["system"]["keyboard"]["current"] = name;
     });
+} catch (...) {
+    RethrowAsHostFailure();
 }
 
 void SimBackend::LoadKeyboardMappings(const std::string& name)
-{
+try {
     Change([&](json& state) {
         auto layouts = Get<std::vector<std::string>>(state, "/system/keyboard/layouts");
         if (std::find(layouts.begin(), layouts.end(), name) == layouts.end())
             throw HostCtlException("No key mappings for layout '" + name + "'");
         state["system"]["keyboard"]["loadedMappings"] = name;
     });
+} catch (...) {
+    RethrowAsHostFailure();
 }
 
 void SimBackend::AddSystemAlert(const std::string& text)
-{
+try {
     Change([&](json& state) { ArrayAt(state, "/system/alerts").push_back(text); });
+} catch (...) {
+    RethrowAsHostFailure();
 }
 
 std::vector<std::string> SimBackend::GetSystemAlerts()
-{
+try {
     return GetOr<std::vector<std::string>>(Load(), "/system/alerts", {});
+} catch (...) {
+    RethrowAsHostFailure();
 }
 
 bool SimBackend::GetFirewallRulesetEnabled(const std::string& id)
-{
+try {
     json state = Load();
     const json* rs = Find(state, "/system/firewall/rulesets");
     if (!rs || !rs->is_object() || !rs->contains(id))
         throw HostCtlException("Firewall ruleset " + id + " not found");
     return (*rs)[id].value("enabled", false);
+} catch (...) {
+    RethrowAsHostFailure();
 }
 
 void SimBackend::SetFirewallRulesetEnabled(const std::string& id, bool enabled)
-{
+try {
     Change([&](json& state) {
         const json* rs = Find(state, "/system/firewall/rulesets");
         if (!rs || !rs->is_object() || !rs->contains(id))
             throw HostCtlException("Firewall ruleset " + id + " not found");
         state["system"]["firewall"]["rulesets"][id]["enabled"] = enabled;
     });
+} catch (...) {
+    RethrowAsHostFailure();
 }
 
 std::vector<HostCtl::System::VirtualMachine> SimBackend::GetVirtualMachines()
-{
+try {
     std::vector<HostCtl::System::VirtualMachine> out;
-    for (const auto& vm : GetOr<json>(Load(), "/vms", json::array()))
+    for (const auto& vm : ListAt(Load(), "/vms"))
         out.push_back({vm.value("name", std::string()), vm.value("powerState", std::string("poweredOff"))});
     return out;
+} catch (...) {
+    RethrowAsHostFailure();
 }
 
 bool SimBackend::IsDriverVmSupported()
-{
+try {
     return GetOr<bool>(Load(), "/system/driverVm/supported", false);
+} catch (...) {
+    RethrowAsHostFailure();
 }
 
 Host::SystemVersion SimBackend::GetSystemVersion()
-{
+try {
     json state = Load();
     return {Get<std::string>(state, "/system/version/product"), Get<std::string>(state, "/system/version/version"),
             Get<std::string>(state, "/system/version/kernelRelease"), Get<std::string>(state, "/system/version/build")};
+} catch (...) {
+    RethrowAsHostFailure();
 }
 
 int32_t SimBackend::GetBootOption()
-{
+try {
     return GetOr<int32_t>(Load(), "/system/bootOption", 0);
+} catch (...) {
+    RethrowAsHostFailure();
 }
 
 bool SimBackend::IsEventFacilityAvailable()
-{
+try {
     return GetOr<bool>(Load(), "/eventFacility/available", true);
+} catch (...) {
+    RethrowAsHostFailure();
 }
 
 void SimBackend::AppendEvent(const std::string& record)
-{
+try {
+    Load();
     std::string path = EventLogPath(_file.Path());
     std::error_code ec;
     std::filesystem::create_directories(std::filesystem::path(path).parent_path(), ec);
@@ -309,15 +366,33 @@ void SimBackend::AppendEvent(const std::string& record)
     ::close(fd);
     if (n != static_cast<ssize_t>(line.size()))
         throw HostCtlException("cannot write event log " + path);
+} catch (...) {
+    RethrowAsHostFailure();
 }
 
 int SimBackend::Exec(const std::string& commandLine)
-{
-    std::string line = ResolveCommandLine(commandLine);
+try {
+    Load();
+    std::string line = ResolveProgram(commandLine);
     pid_t pid = ::fork();
     if (pid < 0)
         return -1;
     if (pid == 0) {
+        // The console owns the terminal: a program's output must never land
+        // on it. Nothing else of the console (descriptors, blocked or
+        // ignored signals) goes along either.
+        int devNull = ::open("/dev/null", O_RDWR);
+        if (devNull < 0)
+            ::_exit(127);
+        ::dup2(devNull, STDIN_FILENO);
+        ::dup2(devNull, STDOUT_FILENO);
+        ::dup2(devNull, STDERR_FILENO);
+        ::close_range(STDERR_FILENO + 1, ~0U, 0);
+        for (int sig : {SIGPIPE, SIGINT, SIGQUIT, SIGTSTP, SIGTTIN, SIGTTOU, SIGHUP, SIGTERM, SIGCHLD})
+            ::signal(sig, SIG_DFL);
+        sigset_t none;
+        sigemptyset(&none);
+        ::sigprocmask(SIG_SETMASK, &none, nullptr);
         ::execl("/bin/sh", "sh", "-c", line.c_str(), static_cast<char*>(nullptr));
         ::_exit(127);
     }
@@ -327,6 +402,8 @@ int SimBackend::Exec(const std::string& commandLine)
             return -1;
     }
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+} catch (...) {
+    RethrowAsHostFailure();
 }
 
 }  // namespace Tolm::HostSim

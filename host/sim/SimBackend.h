@@ -1,7 +1,14 @@
 #pragma once
+#ifndef TOLM_HOST_BACKEND_SIM
+#error "Only the program that chooses the host backend, tolm-hostsim and tests use the simulated host directly"
+#endif
 // The simulated host: every query reads the state file afresh, every change
 // is one StateFile::Update, so the console and the host tools (separate
 // processes) always agree. The schema is in STATE.md.
+//
+// Every operation fails with the message planted under /faults for any
+// facade operation being served (Host::Operation), and turns whatever else
+// goes wrong inside it into HostCtlException (RethrowAsHostFailure).
 #include "host/Backend.h"
 #include "host/sim/SimJson.h"
 #include "host/sim/StateFile.h"
@@ -14,8 +21,6 @@ class SimBackend : public Host::Backend {
 public:
     explicit SimBackend(std::string statePath) : _file(std::move(statePath)) {}
     const StateFile& File() const { return _file; }
-
-    void CheckFault(const std::string& op) override;
 
     void UpdateManagementInterface() override;
     std::optional<std::string> GetManagementInterface() override;
@@ -86,8 +91,9 @@ public:
     int Exec(const std::string& commandLine) override;
 
 private:
-    json Load() const { return _file.Read(); }
-    void Change(const std::function<void(json&)>& change) const { _file.Update(change); }
+    // The current state; fails first with a planted fault of the operation.
+    json Load() const;
+    void Change(const std::function<void(json&)>& change) const;
 
     StateFile _file;
 };
@@ -98,5 +104,9 @@ json& VirtualSwitchIn(json& state, const std::string& name);
 json& DlswitchIn(json& state, const std::string& name);
 json& PortGroupIn(json& sw, const std::string& name);
 void CheckStack(const std::string& stack);
+
+// Installs the simulated host over the state file at `statePath` as the
+// process's backend.
+void UseSimulatedState(const std::string& statePath = StateFile::DefaultPath());
 
 }  // namespace Tolm::HostSim

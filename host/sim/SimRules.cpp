@@ -68,7 +68,7 @@ void RefreshIpv6Addresses(json& state, json& nic)
     json& ipv6 = nic["ipv6"];
     json kept = json::array();
     bool haveLinkLocal = false;
-    for (const auto& entry : ipv6.value("addresses", json::array())) {
+    for (const auto& entry : Items(ipv6, "addresses")) {
         std::string type = entry.value("type", std::string("static"));
         std::string scope = entry.value("scope", std::string("global"));
         if (scope == "linkLocal")

@@ -1,4 +1,7 @@
 #pragma once
+#ifndef TOLM_HOST_BACKEND_SIM
+#error "Only the program that chooses the host backend, tolm-hostsim and tests use the simulated host directly"
+#endif
 // The rules the simulated host applies on its own: DHCP leases, dynamic
 // IPv6 addresses and what a restart does. Shared by the host library and the
 // host tools; all work on the whole state object inside one update.

@@ -6,9 +6,9 @@
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
-#include <fstream>
-#include <sstream>
+#include <filesystem>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Tolm::HostSim {
@@ -45,15 +45,49 @@ private:
     int _fd = -1;
 };
 
+// Far above any real host's state; a bigger file is a mistake, not a host.
+constexpr off_t kMaxStateBytes = 16 << 20;
+
+std::string ReadText(const std::string& path)
+{
+    // O_NONBLOCK: a FIFO put in the state's place must fail here instead of
+    // waiting for a writer; fstat then refuses anything but a regular file.
+    int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
+    if (fd < 0)
+        throw HostCtlException(ErrnoText("cannot read host state", path));
+    struct Closer {
+        int fd;
+        ~Closer() { ::close(fd); }
+    } closer{fd};
+    struct stat st {};
+    if (::fstat(fd, &st) != 0)
+        throw HostCtlException(ErrnoText("cannot read host state", path));
+    if (!S_ISREG(st.st_mode))
+        throw HostCtlException("host state " + path + " is not a regular file");
+    if (st.st_size > kMaxStateBytes)
+        throw HostCtlException("host state " + path + " is too large (" + std::to_string(st.st_size) +
+                               " bytes, at most " + std::to_string(kMaxStateBytes) + ")");
+    std::string text;
+    char buffer[65536];
+    for (;;) {
+        ssize_t n = ::read(fd, buffer, sizeof buffer);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0)
+            throw HostCtlException(ErrnoText("cannot read host state", path));
+        if (n == 0)
+            return text;
+        text.append(buffer, static_cast<size_t>(n));
+        if (text.size() > static_cast<size_t>(kMaxStateBytes))
+            throw HostCtlException("host state " + path + " is too large");
+    }
+}
+
 nlohmann::json ReadUnlocked(const std::string& path)
 {
-    std::ifstream in(path);
-    if (!in)
-        throw HostCtlException(ErrnoText("cannot read host state", path));
-    std::stringstream buffer;
-    buffer << in.rdbuf();
+    std::string text = ReadText(path);
     try {
-        nlohmann::json state = nlohmann::json::parse(buffer.str());
+        nlohmann::json state = nlohmann::json::parse(text);
         if (!state.is_object())
             throw HostCtlException("host state " + path + " is not a JSON object");
         return state;
@@ -62,8 +96,24 @@ nlohmann::json ReadUnlocked(const std::string& path)
     }
 }
 
+// Every writer holds the lock while its temporary file exists, so one found
+// by the lock's holder was left by a writer that died mid-write.
+void RemoveStaleTemporaries(const std::string& path)
+{
+    namespace fs = std::filesystem;
+    fs::path target(path);
+    std::string prefix = target.filename().string() + ".tmp.";
+    std::error_code ec;
+    for (fs::directory_iterator it(target.parent_path(), ec), end; !ec && it != end; it.increment(ec))
+        if (it->path().filename().string().rfind(prefix, 0) == 0) {
+            std::error_code ignored;
+            fs::remove(it->path(), ignored);
+        }
+}
+
 void WriteUnlocked(const std::string& path, const nlohmann::json& state)
 {
+    RemoveStaleTemporaries(path);
     std::string text = state.dump(2) + "\n";
     std::string tmp = path + ".tmp." + std::to_string(::getpid());
     int fd = ::open(tmp.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);

@@ -1,4 +1,7 @@
 #pragma once
+#ifndef TOLM_HOST_BACKEND_SIM
+#error "Only the program that chooses the host backend, tolm-hostsim and tests use the simulated host directly"
+#endif
 // The simulated host's state: one JSON file shared by the console and the
 // host tools, which are separate processes. Readers see a whole file; every
 // change is read-modify-write under an exclusive flock on a sibling lock file

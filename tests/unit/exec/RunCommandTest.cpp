@@ -93,6 +93,13 @@ TEST_F(RunCommandTest, ResolvesPathInRootKeepsArgvAndClearsEnvironment)
     outLength = sizeof out;
     EXPECT_EQ(RunCommand("/bin/sh", shArgv, out, &outLength, nullptr, nullptr, nullptr, 0, 0), 0);
     EXPECT_EQ(std::string(out, outLength), "sh");
+
+    // A script handed to the shell is the root's script, not the machine's.
+    WriteTool("/etc/init.d/SSH", "printf 'root script %s' \"$1\"");
+    const char* scriptArgv[] = {"sh", "/etc/init.d/SSH", "status", nullptr};
+    outLength = sizeof out;
+    EXPECT_EQ(RunCommand("/bin/sh", scriptArgv, out, &outLength, nullptr, nullptr, nullptr, 0, 0), 0);
+    EXPECT_EQ(std::string(out, outLength), "root script status");
 }
 
 TEST_F(RunCommandTest, DeathBySignalIsAbnormal)

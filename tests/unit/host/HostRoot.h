@@ -1,7 +1,7 @@
 #pragma once
 // A fresh simulated host root per test, loaded from a fixture.
 #include "host/Backend.h"
-#include "host/sim/StateFile.h"
+#include "host/sim/SimBackend.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -24,7 +24,7 @@ public:
         nlohmann::json state = nlohmann::json::parse(in);
         State().Write(state);
         ::setenv("TOLM_ROOT", _root.c_str(), 1);
-        Host::UseSimulatedState(StatePath());
+        HostSim::UseSimulatedState(StatePath());
     }
     ~HostRoot()
     {

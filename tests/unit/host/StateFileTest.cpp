@@ -6,6 +6,8 @@
 #include "host/TarnCtl.h"
 
 #include <csignal>
+#include <functional>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -107,9 +109,68 @@ TEST(StateFile, MissingOrCorruptStateIsAHostError)
     } catch (const HostCtlException& e) {
         EXPECT_NE(std::string::npos, std::string(e.what()).find("corrupt")) << e.what();
     }
-    // A field of the wrong type is named, not a crash.
-    root.State().Write({{"hardware", {{"vendor", 7}}}});
-    EXPECT_THROW(TarnCtl::Hardware::HardwareInfoImpl().GetVendorName(), HostCtlException);
+}
+
+// Whatever is wrong with a field, the console gets the host library's
+// exception naming that field, never the JSON library's own (which nothing
+// above the host library catches).
+TEST(StateFile, IllTypedFieldIsAHostErrorNamingIt)
+{
+    struct Case {
+        const char* pointer;
+        nlohmann::json value;
+        std::function<void()> call;
+    };
+    const std::vector<Case> cases = {
+        {"/network/pnics/0/name", 5, [] { TarnCtl::Network::NetworkInfoImpl().GetPnics(); }},
+        {"/network/kernelNics/0/ipv4", nullptr, [] { HostCtl::Network::TarnNic("tarn0").GetIpConfig(); }},
+        {"/network/kernelNics/0/ipv6/addresses/0/prefixLength", "64",
+         [] { HostCtl::Network::TarnNic("tarn0").GetIpConfig(); }},
+        {"/advancedOptions/UserVars/TolmTimeOut/description", 12,
+         [] { TarnCtl::Adv::AdvancedOptionImpl().FindOption("/UserVars/TolmTimeOut"); }},
+        {"/smartCards/slots", "reader0", [] { TarnCtl::Hardware::SmartCardInfoImpl().GetSlots(); }},
+        {"/hardware/vendor", 7, [] { TarnCtl::Hardware::HardwareInfoImpl().GetVendorName(); }},
+    };
+    for (const Case& c : cases) {
+        HostRoot root;
+        root.Set(c.pointer, c.value);
+        try {
+            c.call();
+            ADD_FAILURE() << c.pointer << ": no exception";
+        } catch (const HostCtlException& e) {
+            EXPECT_NE(std::string::npos, std::string(e.what()).find(std::string("host state: ") + c.pointer))
+                << e.what();
+        } catch (const std::exception& e) {
+            ADD_FAILURE() << c.pointer << ": not a host error: " << e.what();
+        }
+    }
+}
+
+// Whatever stands at the state's path, reading it ends at once with a host
+// error: a FIFO must not wait for a writer, /dev/zero must not fill memory.
+TEST(StateFile, OnlyARegularFileOfSaneSizeIsRead)
+{
+    HostRoot root;
+    const std::string path = root.StatePath();
+    auto refused = [&](const char* what) {
+        try {
+            TarnCtl::Hardware::HardwareInfoImpl().GetVendorName();
+            ADD_FAILURE() << what << ": read";
+        } catch (const HostCtlException& e) {
+            EXPECT_NE(std::string::npos, std::string(e.what()).find(path)) << what << ": " << e.what();
+        }
+        std::filesystem::remove_all(path);
+    };
+    std::filesystem::remove(path);
+    ASSERT_EQ(0, ::mkfifo(path.c_str(), 0600));
+    refused("FIFO");
+    std::filesystem::create_symlink("/dev/zero", path);
+    refused("/dev/zero");
+    std::filesystem::create_directory(path);
+    refused("directory");
+    std::ofstream(path) << "{}";
+    std::filesystem::resize_file(path, 17 << 20);
+    refused("17 MiB file");
 }
 
 TEST(StateFile, FailedChangeWritesNothing)
