@@ -7,8 +7,11 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
+
+#include "passdb.h"
 
 #include "harness/Console.h"
 #include "harness/Process.h"
@@ -273,6 +276,60 @@ TEST_F(HostSimTools, GrabCimDataPrintsTagsAndFirmwareVersions)
               "OMC_MCFirmwareIdentity VersionString BMC=7.00.00.171\n");
     EXPECT_EQ(Tool("sbin/grabCIMData", {"OMC_MCFirmwareIdentity"}).out,
               "OMC_MCFirmwareIdentity VersionString BMC=7.00.00.171\n");
+}
+
+// The password file has two writers in separate processes: a card insert
+// adds the card's user, the PAM password step rewrites a password. Racing
+// them must lose no account.
+TEST_F(HostSimRoot, PasswordWritersLoseNoAccount)
+{
+    const std::string passdb = Path("etc/pellor/passdb");
+    pid_t changer = ::fork();
+    if (changer == 0) {
+        for (int i = 0;; ++i)
+            PassdbChange(passdb.c_str(), "root", ("pw" + std::to_string(i % 10)).c_str(), nullptr, PASSDB_SET);
+    }
+    constexpr int kCards = 30;
+    for (int i = 0; i < kCards; ++i)
+        EXPECT_EQ(Sim({"card", "insert", "racer" + std::to_string(i)}).status, 0);
+    ::kill(changer, SIGKILL);
+    ::waitpid(changer, nullptr, 0);
+    std::string text = ReadFile(passdb);
+    EXPECT_EQ(text.find("root:tolmdemo:tolm"), std::string::npos);  // the changer ran
+    for (int i = 0; i < kCards; ++i)
+        EXPECT_NE(text.find("racer" + std::to_string(i) + ":1234:tolm\n"), std::string::npos) << i << text;
+    EXPECT_NE(text.find("\nsshonly:sshonly:sshd\n"), std::string::npos) << text;
+}
+
+// A writer killed mid-write leaves its copy behind; the next writer, holding
+// the lock, knows it is stale and removes it.
+TEST_F(HostSimRoot, WritersRemoveCopiesLeftByDeadWriters)
+{
+    const std::string stateCopy = Path("var/lib/hostsim/host.json.tmp.99999");
+    const std::string passdbCopy = Path("etc/pellor/passdb.tmp.a1b2c3");
+    std::ofstream(stateCopy) << "{\"half\":";
+    std::ofstream(passdbCopy) << "root:hal";
+    ASSERT_EQ(Sim({"set", "/network/dns/domain", "\"example.net\""}).status, 0);
+    ASSERT_EQ(Sim({"card", "insert", "cleaner"}).status, 0);
+    EXPECT_FALSE(fs::exists(stateCopy));
+    EXPECT_FALSE(fs::exists(passdbCopy));
+}
+
+// The pid file may name a process that is not the console (it died and the
+// pid was reused): a card change must leave that process alone.
+TEST_F(HostSimRoot, CardChangeSignalsNoStranger)
+{
+    pid_t stranger = ::fork();
+    if (stranger == 0) {
+        ::execl("/bin/sleep", "sleep", "60", static_cast<char*>(nullptr));
+        ::_exit(127);
+    }
+    std::ofstream(Path("var/run/tolm.pid")) << stranger << "\n";
+    ASSERT_EQ(Sim({"card", "insert", "stranger"}).status, 0);
+    ASSERT_EQ(Sim({"card", "remove", "stranger"}).status, 0);
+    EXPECT_EQ(::waitpid(stranger, nullptr, WNOHANG), 0) << "SIGUSR1 ended the process";
+    ::kill(stranger, SIGKILL);
+    ::waitpid(stranger, nullptr, 0);
 }
 
 }  // namespace

@@ -4,6 +4,8 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <filesystem>
+#include <map>
 #include <fstream>
 #include <string>
 
@@ -43,6 +45,43 @@ TEST(Startup, ResizeAndTheSerialResizeSequenceLogTheSizeAndEnd)
         EXPECT_NE(tolm.Syslog().find(serial ? "Resized window to 80x25" : "Resized window to 100x30"),
                   std::string::npos);
     }
+}
+
+// The backend is chosen before anything else: a choice that cannot run is a
+// logged error and a plain exit, and an explicit choice leaves the VT
+// argument where it was.
+TEST(Startup, HostBackendChoice)
+{
+    struct Case {
+        std::map<std::string, std::string> env;
+        std::vector<std::string> args;
+        bool removeState;
+        const char* logLine;
+    };
+    const Case refused[] = {
+        {{{"TOLM_BACKEND", "real"}}, {}, false, "Host backend 'real' is not available in this build"},
+        {{}, {"--backend", "mainframe"}, false, "Unknown host backend 'mainframe'"},
+        {{}, {}, true, "No host backend: "},
+    };
+    for (const Case& c : refused) {
+        SCOPED_TRACE(c.logLine);
+        ConsoleOptions options;
+        options.env = c.env;
+        Console tolm(options);
+        if (c.removeState) std::filesystem::remove(tolm.RootPath("var/lib/hostsim/host.json"));
+        tolm.Start(c.args);
+        EXPECT_EQ(tolm.WaitForExit(), ExitStatus::Exited(1));
+        EXPECT_NE(tolm.Syslog().find(c.logLine), std::string::npos) << tolm.Syslog();
+    }
+
+    ConsoleOptions options;
+    options.env = {{"TOLM_BACKEND", "real"}};  // the option wins
+    Console tolm(options);
+    tolm.Start({"--backend=sim", "abc"});
+    ASSERT_TRUE(Started(tolm));
+    EXPECT_NE(tolm.Syslog().find("Invalid VT specified for Tolm: abc"), std::string::npos);
+    tolm.Signal(SIGTERM);
+    EXPECT_EQ(tolm.WaitForExit(), ExitStatus::Exited(0));
 }
 
 }  // namespace
