@@ -107,18 +107,14 @@ try {
     r.path = path;
     r.type = option->value("type", std::string());
     r.description = option->value("description", std::string());
-    try {
-        if (r.type == "integer") {
-            r.intValue = option->value("value", int64_t{0});
-            r.intDefault = option->value("default", r.intValue);
-            r.intMin = option->value("min", int64_t{INT64_MIN});
-            r.intMax = option->value("max", int64_t{INT64_MAX});
-        } else {
-            r.stringValue = option->value("value", std::string());
-            r.stringDefault = option->value("default", std::string());
-        }
-    } catch (const json::exception&) {
-        throw HostCtlException("Option " + path + " is malformed");
+    if (r.type == "integer") {
+        r.intValue = option->value("value", int64_t{0});
+        r.intDefault = option->value("default", r.intValue);
+        r.intMin = option->value("min", int64_t{INT64_MIN});
+        r.intMax = option->value("max", int64_t{INT64_MAX});
+    } else {
+        r.stringValue = option->value("value", std::string());
+        r.stringDefault = option->value("default", std::string());
     }
     return r;
 } catch (...) {
