@@ -10,7 +10,7 @@
 #include "frame/FrameClock.h"
 #include "frame/Terminal.h"
 #include "host/Log.h"
-#include "ui/catalogue/StringFactory.h"
+#include "catalogue/StringFactory.h"
 
 namespace Tolm {
 
@@ -76,9 +76,9 @@ Frame::Frame(Frame* parent, int x, int y, int width, int height, int background,
 {
 }
 
-std::string Frame::Text(unsigned id) const
+std::string Frame::Text(TextId id) const
 {
-    return _factory != nullptr ? _factory->GetString(id) : "";
+    return _factory != nullptr ? _factory->GetString(static_cast<unsigned>(id)) : "";
 }
 
 Frame::~Frame()

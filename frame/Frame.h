@@ -8,6 +8,7 @@
 
 #include <string>
 
+#include "catalogue/TextId.h"
 #include "frame/Window.h"
 #include "host/TarnCtlHardware.h"
 
@@ -53,7 +54,7 @@ public:
     Frame* ParentFrame() const { return _parentFrame; }
     StringFactory* Factory() const { return _factory; }
     // The catalogue text `id`; empty when there is no catalogue.
-    std::string Text(unsigned id) const;
+    std::string Text(TextId id) const;
 
     // Run `window` modally: dim the parent, draw the window, Execute, redraw
     // the parent. TolmTimeout passes through (parent not redrawn).

@@ -4,8 +4,8 @@
 
 namespace Tolm {
 
-ConfirmDialog::ConfirmDialog(Frame* parent, int width, int height, int titleHeight, unsigned titleId,
-                             unsigned textId)
+ConfirmDialog::ConfirmDialog(Frame* parent, int width, int height, int titleHeight, TextId titleId,
+                             TextId textId)
     : Dialog(parent, width, height, titleHeight), _titleId(titleId), _textId(textId)
 {
 }

@@ -6,16 +6,12 @@ namespace Tolm {
 
 class ConfirmDialog : public Dialog {
 public:
-    ConfirmDialog(Frame* parent, int width, int height, int titleHeight, unsigned titleId, unsigned textId);
+    ConfirmDialog(Frame* parent, int width, int height, int titleHeight, TextId titleId, TextId textId);
     int Execute() override;
 
 private:
-    unsigned _titleId;
-    unsigned _textId;
+    TextId _titleId;
+    TextId _textId;
 };
-
-inline constexpr const char* FOOTER_CONFIRM_CANCEL =
-    "{color:black}<Enter>{/color} {color:dark-grey}Confirm{/color}"
-    "{align:right}{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
 
 }  // namespace Tolm

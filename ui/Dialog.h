@@ -3,6 +3,7 @@
 // area for items, footer line). Every dialog derives from it.
 #include <string>
 
+#include "catalogue/Footers.h"
 #include "frame/Frame.h"
 
 namespace Tolm {
@@ -37,13 +38,5 @@ protected:
     TextArea* _footer;
     Window* _content = nullptr;
 };
-
-// Footer of a dialog acknowledged with Enter.
-inline constexpr const char* FOOTER_ENTER_OK =
-    "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}{/align}";
-// Footer of a dialog accepted with Enter or cancelled with Esc.
-inline constexpr const char* FOOTER_OK_CANCEL =
-    "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  "
-    "{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
 
 }  // namespace Tolm

@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "frame/Keys.h"
+#include "ui/Markup.h"
 #include "ui/TextArea.h"
 
 namespace Tolm {
@@ -142,10 +143,8 @@ std::string InputItem::RowText(int rowWidth)
 
     const std::size_t shown = std::min(_value.size() - static_cast<std::size_t>(_first), static_cast<std::size_t>(field));
     // A masked value is never copied, not even for drawing.
-    std::string visible = _masked ? std::string(shown, '*') : _value.substr(static_cast<std::size_t>(_first), shown);
-    // Braces always open a tag in markup; a field never shows one as such.
-    for (char& c : visible)
-        if (c == '{') c = '(';
+    const std::string visible =
+        _masked ? std::string(shown, '*') : Markup::Literal(_value.substr(static_cast<std::size_t>(_first), shown));
 
     std::string text = _label;
     const int labelColumns = rowWidth - 5 - field;

@@ -227,6 +227,21 @@ int LookupColor(ColorTable& table, std::string_view name) {
     return it->second;
 }
 
+namespace {
+// Stands for a literal "{" until the colour pass puts the brace back: the
+// layout takes it for one ordinary column, and no tag can start with it.
+constexpr char LITERAL_BRACE = '\x01';
+}  // namespace
+
+std::string Literal(std::string_view text) {
+    std::string out(text);
+    for (char& c : out) {
+        if (c == '{') c = LITERAL_BRACE;
+        else if (c == LITERAL_BRACE) c = ' ';
+    }
+    return out;
+}
+
 int Columns(std::string_view text) {
     return static_cast<int>(std::count_if(text.begin(), text.end(), [](char c) { return !IsContinuation(c); }));
 }
@@ -300,7 +315,7 @@ std::vector<Run> ColorRuns(std::string_view laidOut, int width, int height, int 
             x = 0;
             ++y;
         } else {
-            run += c;
+            run += c == LITERAL_BRACE ? '{' : c;
         }
     }
     emit();

@@ -41,6 +41,11 @@ struct Run {
 std::vector<Run> ColorRuns(std::string_view laidOut, int width, int height, int background,
                            int foreground, ColorTable& colors);
 
+// Host-supplied text (names, values the user typed) made safe inside markup:
+// every "{" in it shows as itself and opens no tag. Use it wherever such text
+// is put into a markup string.
+std::string Literal(std::string_view text);
+
 // Number of columns `text` takes (UTF-8 continuation bytes take none).
 int Columns(std::string_view text);
 

@@ -13,9 +13,9 @@ public:
     static constexpr int TITLE_HEIGHT = 7;
 
     // The message by catalogue number.
-    MessageDialog(Frame* parent, unsigned titleId, unsigned messageId);
+    MessageDialog(Frame* parent, TextId titleId, TextId messageId);
     // The message text itself (markup).
-    MessageDialog(Frame* parent, unsigned titleId, std::string message);
+    MessageDialog(Frame* parent, TextId titleId, std::string message);
 
     // Waits for Enter (every other key, Escape included, is ignored);
     // returns 1.
@@ -24,8 +24,7 @@ public:
     const std::string& Message() const { return _message; }
 
 private:
-    unsigned _titleId;
-    unsigned _messageId = 0;
+    TextId _titleId;
     std::string _message;
 };
 

@@ -15,7 +15,7 @@
 #include "screens/access/SamePasswordConfirmDialog.h"
 #include "ui/InputItem.h"
 #include "ui/MessageDialog.h"
-#include "ui/catalogue/StringFactory.h"
+#include "catalogue/StringFactory.h"
 
 namespace Tolm {
 
@@ -26,16 +26,16 @@ constexpr int HEIGHT = 14;
 constexpr int TITLE_HEIGHT = 6;
 constexpr int FIELD_WIDTH = 30;
 
-constexpr unsigned ID_TITLE = 156;
-constexpr unsigned ID_TEXT = 157;
-constexpr unsigned ID_OLD = 158;
-constexpr unsigned ID_NEW = 159;
-constexpr unsigned ID_CONFIRM = 160;
-constexpr unsigned ID_ERROR_TITLE = 161;
-constexpr unsigned ID_WRONG_OLD = 163;
-constexpr unsigned ID_MISMATCH = 164;
-constexpr unsigned ID_EMPTY = 165;
-constexpr unsigned ID_CHANGE_FAILED = 167;
+constexpr TextId ID_TITLE = TextId::ConfigurePasswordTitle;
+constexpr TextId ID_TEXT = TextId::ConfigurePasswordText;
+constexpr TextId ID_OLD = TextId::OldPassword;
+constexpr TextId ID_NEW = TextId::NewPassword;
+constexpr TextId ID_CONFIRM = TextId::ConfirmPassword;
+constexpr TextId ID_ERROR_TITLE = TextId::ConfigurePasswordError;
+constexpr TextId ID_WRONG_OLD = TextId::OldPasswordIncorrect;
+constexpr TextId ID_MISMATCH = TextId::PasswordsDoNotMatch;
+constexpr TextId ID_EMPTY = TextId::EmptyPasswordsNotAllowed;
+constexpr TextId ID_CHANGE_FAILED = TextId::PasswordChangeFailed;
 
 
 constexpr const char* BACKUP_PATH = "/sbin/backup.sh";
@@ -45,19 +45,13 @@ constexpr const char* BACKUP_PATH = "/sbin/backup.sh";
 ChangePasswordDialog::ChangePasswordDialog(Frame* parent)
     : Dialog(parent, WIDTH, HEIGHT, TITLE_HEIGHT), _fields(*this)
 {
-    std::vector<std::unique_ptr<Item>> items;
-    for (unsigned id : {ID_OLD, ID_NEW, ID_CONFIRM}) {
-        auto field = std::make_unique<InputItem>(Text(id), "", FIELD_WIDTH);
-        field->SetMasked(true);
-        items.push_back(std::move(field));
-    }
-    _old = static_cast<InputItem*>(items[OLD].get());
-    _new = static_cast<InputItem*>(items[NEW].get());
-    _confirm = static_cast<InputItem*>(items[CONFIRM].get());
-    _fields.SetItems(std::move(items));
+    _old = &_fields.AddInput(Text(ID_OLD), "", FIELD_WIDTH);
+    _new = &_fields.AddInput(Text(ID_NEW), "", FIELD_WIDTH);
+    _confirm = &_fields.AddInput(Text(ID_CONFIRM), "", FIELD_WIDTH);
+    for (InputItem* field : {_old, _new, _confirm}) field->SetMasked(true);
 }
 
-void ChangePasswordDialog::ShowError(unsigned messageId)
+void ChangePasswordDialog::ShowError(TextId messageId)
 {
     MessageDialog message(this, ID_ERROR_TITLE, messageId);
     Frame::Run(&message);
@@ -67,14 +61,14 @@ bool ChangePasswordDialog::CheckOldPassword()
 {
     if (Authenticate(_loginName, _old->Value()) == PAM_SUCCESS) return true;
     ShowError(ID_WRONG_OLD);
-    FieldList::Clear(*_old);
+    Form::Clear(*_old);
     _fields.Focus(OLD);
     return false;
 }
 
 bool ChangePasswordDialog::Submit()
 {
-    unsigned failure = 0;
+    TextId failure = ID_CHANGE_FAILED;
     if (_confirm->Value() != _new->Value()) {
         failure = ID_MISMATCH;
     } else if (_new->Value().empty()) {
@@ -96,10 +90,28 @@ bool ChangePasswordDialog::Submit()
         failure = ID_CHANGE_FAILED;
     }
     ShowError(failure);
-    FieldList::Clear(*_new);
-    FieldList::Clear(*_confirm);
+    Form::Clear(*_new);
+    Form::Clear(*_confirm);
     _fields.Focus(NEW);
     return false;
+}
+
+bool ChangePasswordDialog::OwnKey(int key)
+{
+    const int focused = _fields.Focused();
+    const bool next = key == Key::Tab || key == Key::Enter || key == Key::Down;
+    if (focused == OLD && next) {
+        if (CheckOldPassword()) _fields.Focus(NEW);
+    } else if (focused == NEW && next) {
+        _fields.Focus(CONFIRM);
+    } else if (focused == CONFIRM && (key == Key::Tab || key == Key::Up)) {
+        _fields.Focus(NEW);
+    } else if (focused == CONFIRM && key == Key::Enter) {
+        if (Submit()) _fields.Finish(1);
+    } else if (key != Key::Up && key != Key::Down && key != Key::Tab) {
+        return false;
+    }
+    return true;
 }
 
 int ChangePasswordDialog::Execute()
@@ -108,28 +120,9 @@ int ChangePasswordDialog::Execute()
     SetText(Text(ID_TEXT));
     SetFooter(FOOTER_OK_CANCEL);
     _fields.Focus(OLD);
-    for (;;) {
-        const int key = Frame::GetKey(this, true);
-        const int focused = _fields.Focused();
-        const bool next = key == Key::Tab || key == Key::Enter || key == Key::Down;
-        if (key == Key::Escape) {
-            Window::ShowCursor(false);
-            return 0;
-        } else if (focused == OLD && next) {
-            if (CheckOldPassword()) _fields.Focus(NEW);
-        } else if (focused == NEW && next) {
-            _fields.Focus(CONFIRM);
-        } else if (focused == CONFIRM && (key == Key::Tab || key == Key::Up)) {
-            _fields.Focus(NEW);
-        } else if (focused == CONFIRM && key == Key::Enter) {
-            if (Submit()) {
-                Window::ShowCursor(false);
-                return 1;
-            }
-        } else {
-            _fields.Edit(key);
-        }
-    }
+    Form::Handlers handlers;
+    handlers.key = [this](int key) { return OwnKey(key); };
+    return _fields.Run(handlers);
 }
 
 }  // namespace Tolm

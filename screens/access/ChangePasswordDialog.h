@@ -1,6 +1,7 @@
 #pragma once
 // Changes the logged-in user's password.
-#include "screens/access/FieldList.h"
+#include "ui/Form.h"
+#include "catalogue/TextId.h"
 #include "ui/Dialog.h"
 
 namespace Tolm {
@@ -20,9 +21,11 @@ private:
     bool CheckOldPassword();
     // True when the password was changed.
     bool Submit();
-    void ShowError(unsigned messageId);
+    void ShowError(TextId messageId);
+    // The password dialog moves between its fields by its own rules.
+    bool OwnKey(int key);
 
-    FieldList _fields;
+    Form _fields;
     InputItem* _old = nullptr;
     InputItem* _new = nullptr;
     InputItem* _confirm = nullptr;

@@ -20,13 +20,6 @@ constexpr int WIDTH = 70;
 constexpr int HEIGHT = 11;
 constexpr int TITLE_HEIGHT = 6;
 
-constexpr const char* TITLE = "Configure Lockdown Mode";
-constexpr const char* TEXT = "When enabled, lockdown mode prevents users from logging directly into this host.";
-constexpr const char* FOOTER =
-    "{color:black}<Space>{/color} {color:dark-grey}Toggle Selected{/color}"
-    "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  "
-    "{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
-constexpr const char* CHECK_LABEL = "Enable lockdown mode";
 
 constexpr const char* ORLA_CMD = "/bin/orla-cmd";
 constexpr const char* IS_ENABLED = "orlasvc/auth/lockdown_is_enabled";
@@ -41,7 +34,7 @@ constexpr unsigned BUFFER_SIZE = 256;
 LockdownDialog::LockdownDialog(Frame* parent)
     : Dialog(parent, WIDTH, HEIGHT, TITLE_HEIGHT), _enabled(OrlaCmdGetBool(IS_ENABLED)), _fields(*this)
 {
-    auto check = std::make_unique<CheckItem>(CHECK_LABEL, _enabled);
+    auto check = std::make_unique<CheckItem>(Text(TextId::EnableLockdownMode), _enabled);
     _check = check.get();
     std::vector<std::unique_ptr<Item>> items;
     items.push_back(std::move(check));
@@ -68,9 +61,9 @@ void LockdownDialog::Request(bool enable)
 
 int LockdownDialog::Execute()
 {
-    SetTitle(TITLE);
-    SetText(TEXT);
-    SetFooter(FOOTER);
+    SetTitle(Text(TextId::ConfigureLockdownModeTitle));
+    SetText(Text(TextId::ConfigureLockdownModeText));
+    SetFooter(FOOTER_TOGGLE_OK_CANCEL);
     _fields.Redraw();
     for (;;) {
         const int key = Frame::GetKey(this, true);

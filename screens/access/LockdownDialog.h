@@ -1,6 +1,6 @@
 #pragma once
 // Turns lockdown mode on or off through the management agent.
-#include "screens/access/FieldList.h"
+#include "ui/Form.h"
 #include "ui/Dialog.h"
 
 namespace Tolm {
@@ -18,7 +18,7 @@ private:
     void Request(bool enable);
 
     bool _enabled;
-    FieldList _fields;
+    Form _fields;
     CheckItem* _check = nullptr;
 };
 

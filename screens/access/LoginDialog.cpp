@@ -17,7 +17,7 @@
 #include "ui/InputItem.h"
 #include "ui/Item.h"
 #include "ui/MessageDialog.h"
-#include "ui/catalogue/StringFactory.h"
+#include "catalogue/StringFactory.h"
 
 namespace Tolm {
 
@@ -29,21 +29,16 @@ constexpr int HEIGHT = 13;
 constexpr int TITLE_HEIGHT = 6;
 constexpr int FIELD_WIDTH = 30;
 
-constexpr unsigned ID_TITLE = 144;
-constexpr unsigned ID_PASSWORD_PROMPT = 145;
-constexpr unsigned ID_PIN_PROMPT = 146;
-constexpr unsigned ID_LOGIN_NAME = 149;
-constexpr unsigned ID_PASSWORD = 151;
-constexpr unsigned ID_FAILED = 153;
-constexpr unsigned ID_INVALID = 154;
-constexpr unsigned ID_NO_PERMISSION = 155;
+constexpr TextId ID_TITLE = TextId::AuthenticationRequired;
+constexpr TextId ID_PASSWORD_PROMPT = TextId::EnterLoginAndPasswordFor;
+constexpr TextId ID_PIN_PROMPT = TextId::EnterSmartCardPINFor;
+constexpr TextId ID_LOGIN_NAME = TextId::LoginName;
+constexpr TextId ID_PASSWORD = TextId::Password;
+constexpr TextId ID_FAILED = TextId::AuthenticationFailed;
+constexpr TextId ID_INVALID = TextId::InvalidLoginOrPassword;
+constexpr TextId ID_NO_PERMISSION = TextId::NoPermissionToLogin;
 
 constexpr const char* DEFAULT_USER = "root";
-
-// The stray ">" after "black" is part of the footer as the host shows it.
-const std::string FOOTER_PIN =
-    std::string("{align:left}{color:black>}<F3>{/color} {color:dark-grey}Switch PIN/Password Login{/color}{/align}") +
-    FOOTER_OK_CANCEL;
 
 // Priority values of the login results on the auth facility; success is
 // logged at the most urgent level on purpose.
@@ -66,21 +61,11 @@ std::string KeyboardLabel()
 LoginDialog::LoginDialog(Frame* parent)
     : Dialog(parent, WIDTH, HEIGHT, TITLE_HEIGHT), _fields(*this), _pinMode(!_smartCardLoginId.empty())
 {
-    std::vector<std::unique_ptr<Item>> items;
-    if (!runningOverSerial) {
-        auto keyboard = std::make_unique<LabelItem>(KeyboardLabel());
-        _keyboard = keyboard.get();
-        items.push_back(std::move(keyboard));
-    }
-    auto name = std::make_unique<InputItem>(Text(ID_LOGIN_NAME), "", FIELD_WIDTH);
-    auto password = std::make_unique<InputItem>(Text(ID_PASSWORD), "", FIELD_WIDTH);
-    password->SetMasked(true);
-    _name = name.get();
-    _password = password.get();
-    _nameIndex = static_cast<int>(items.size());
-    items.push_back(std::move(name));
-    items.push_back(std::move(password));
-    _fields.SetItems(std::move(items));
+    if (!runningOverSerial) _keyboard = &_fields.AddLabel(KeyboardLabel());
+    _nameIndex = _fields.Count();
+    _name = &_fields.AddInput(Text(ID_LOGIN_NAME), "", FIELD_WIDTH);
+    _password = &_fields.AddInput(Text(ID_PASSWORD), "", FIELD_WIDTH);
+    _password->SetMasked(true);
 }
 
 void LoginDialog::Fill()
@@ -90,13 +75,13 @@ void LoginDialog::Fill()
     if (_pinMode) {
         SetText(Text(ID_PIN_PROMPT) + where);
         _name->SetValue(_smartCardLoginId);
-        SetFooter(FOOTER_PIN);
+        SetFooter(std::string(FOOTER_SWITCH_PIN_LOGIN) + FOOTER_OK_CANCEL);
     } else {
         SetText(Text(ID_PASSWORD_PROMPT) + where);
         _name->SetValue(DEFAULT_USER);
         SetFooter(FOOTER_OK_CANCEL);
     }
-    FieldList::Clear(*_password);
+    Form::Clear(*_password);
     _fields.Focus(_nameIndex);
 }
 
@@ -115,7 +100,7 @@ bool LoginDialog::TryLogin()
         Log::Write(AUTH_SUCCEEDED, "Authentication of user %s succeeded", user.c_str());
         Log::Write(LOG_INFO, "User %s logged in", user.c_str());
         Frame::SetLoginName(user);
-        FieldList::Clear(*_password);
+        Form::Clear(*_password);
         return true;
     }
     const bool denied = status == PAM_PERM_DENIED;
@@ -126,8 +111,24 @@ bool LoginDialog::TryLogin()
     RaiseEvent(Events::LoginFailed, user.c_str());
     MessageDialog message(this, ID_FAILED, denied ? ID_NO_PERMISSION : ID_INVALID);
     Frame::Run(&message);
-    FieldList::Clear(*_password);
+    Form::Clear(*_password);
     _fields.Redraw();
+    return false;
+}
+
+bool LoginDialog::OwnKey(int key)
+{
+    if (key == Key::Enter && _keyboard && _fields.Focused() == 0) {
+        KeyboardDialog keyboard(this);
+        Frame::Run(&keyboard);
+        UpdateKeyboardLine();
+        return true;
+    }
+    if (key == Key::F3) {
+        _pinMode = !_pinMode;
+        Fill();
+        return true;
+    }
     return false;
 }
 
@@ -136,38 +137,11 @@ int LoginDialog::Execute()
     // Filled once shown: drawing the dialog discards type-ahead, so what the
     // user sees filled in is what takes keys.
     Fill();
-    for (;;) {
-        const int key = Frame::GetKey(this, true);
-        const int focused = _fields.Focused();
-        const int last = _fields.Count() - 1;
-        const bool onKeyboard = _keyboard && focused == 0;
-        if (key == Key::Escape) {
-            Window::ShowCursor(false);
-            return 0;
-        } else if (key == Key::Enter && onKeyboard) {
-            KeyboardDialog keyboard(this);
-            Frame::Run(&keyboard);
-            UpdateKeyboardLine();
-        } else if ((key == Key::Tab || key == Key::Enter) && focused < last) {
-            _fields.Focus(focused + 1);
-        } else if (key == Key::Tab) {
-            _fields.Focus(0);
-        } else if (key == Key::Enter) {
-            if (TryLogin()) {
-                Window::ShowCursor(false);
-                return 1;
-            }
-        } else if (key == Key::Up) {
-            _fields.Focus(focused - 1);
-        } else if (key == Key::Down) {
-            _fields.Focus(focused + 1);
-        } else if (key == Key::F3) {
-            _pinMode = !_pinMode;
-            Fill();
-        } else {
-            _fields.Edit(key);
-        }
-    }
+    Form::Handlers handlers;
+    handlers.enterAdvances = true;
+    handlers.key = [this](int key) { return OwnKey(key); };
+    handlers.accept = [this] { return TryLogin(); };
+    return _fields.Run(handlers);
 }
 
 }  // namespace Tolm

@@ -2,7 +2,7 @@
 // Asks for a login name and password (or smart-card PIN) and checks them through PAM.
 #include <memory>
 
-#include "screens/access/FieldList.h"
+#include "ui/Form.h"
 #include "ui/Dialog.h"
 
 namespace Tolm {
@@ -24,8 +24,10 @@ private:
     void UpdateKeyboardLine();
     // True when the user got in.
     bool TryLogin();
+    // Keys of its own: the keyboard row and the PIN switch.
+    bool OwnKey(int key);
 
-    FieldList _fields;
+    Form _fields;
     LabelItem* _keyboard = nullptr;  // absent over a serial line
     InputItem* _name = nullptr;
     InputItem* _password = nullptr;

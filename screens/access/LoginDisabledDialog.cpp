@@ -4,7 +4,7 @@
 
 #include "frame/Keys.h"
 #include "screens/access/HostAndDomain.h"
-#include "ui/catalogue/StringFactory.h"
+#include "catalogue/StringFactory.h"
 
 namespace Tolm {
 
@@ -15,8 +15,8 @@ constexpr int HEIGHT = 9;
 // Room for a two-line text in the title band.
 constexpr int TITLE_HEIGHT = 6;
 
-constexpr unsigned ID_TITLE = 147;
-constexpr unsigned ID_TEXT = 148;
+constexpr TextId ID_TITLE = TextId::AuthenticationDenied;
+constexpr TextId ID_TEXT = TextId::DirectConsoleAccessDisabled;
 
 }  // namespace
 
@@ -24,7 +24,7 @@ LoginDisabledDialog::LoginDisabledDialog(Frame* parent) : Dialog(parent, WIDTH, 
 
 int LoginDisabledDialog::Execute()
 {
-    const auto text = [this](unsigned id) { return std::string(Text(id)); };
+    const auto text = [this](TextId id) { return std::string(Text(id)); };
     SetTitle(text(ID_TITLE));
     SetText(text(ID_TEXT) + HostAndDomain() + ".");
     SetFooter(FOOTER_ENTER_OK);

@@ -4,8 +4,8 @@ namespace Tolm {
 
 namespace {
 
-constexpr unsigned ID_TITLE = 162;
-constexpr unsigned ID_TEXT = 166;
+constexpr TextId ID_TITLE = TextId::ConfigurePasswordWarning;
+constexpr TextId ID_TEXT = TextId::NewPasswordSameAsOld;
 
 }  // namespace
 

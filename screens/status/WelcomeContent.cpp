@@ -10,7 +10,8 @@
 #include "host/TarnCtlNetwork.h"
 #include "ui/Markup.h"
 #include "ui/MemoryLine.h"
-#include "ui/catalogue/StringFactory.h"
+#include "catalogue/StringFactory.h"
+#include "catalogue/TextId.h"
 
 namespace Tolm {
 
@@ -19,19 +20,19 @@ namespace {
 using HostCtl::Lib::HostCtlException;
 using namespace HostCtl::Network;
 
-constexpr unsigned ID_PRODUCT = 2;
-constexpr unsigned ID_HEADING = 141;
-constexpr unsigned ID_DHCP_FAILED = 142;
-constexpr unsigned ID_AUDIT_MODE = 143;
-constexpr unsigned ID_DHCP = 261;
-constexpr unsigned ID_STATIC = 262;
-constexpr unsigned ID_AUTOCONF = 263;
+constexpr TextId ID_PRODUCT = TextId::ProductVersion;
+constexpr TextId ID_HEADING = TextId::DownloadToolsFrom;
+constexpr TextId ID_DHCP_FAILED = TextId::WarningDHCPLookupFailed;
+constexpr TextId ID_AUDIT_MODE = TextId::WarningAuditMode;
+constexpr TextId ID_DHCP = TextId::DHCP;
+constexpr TextId ID_STATIC = TextId::STATIC;
+constexpr TextId ID_AUTOCONF = TextId::AUTOCONF;
 
 constexpr const char* NO_ADAPTER_TEXT =
     "No compatible network adapter found. Please consult the product's Hardware Compatibility Guide "
     "(HCG) for a list of supported adapters.";
 
-std::string Text(StringFactory* factory, unsigned id) { return factory ? factory->GetString(id) : ""; }
+std::string Text(StringFactory* factory, TextId id) { return factory ? factory->GetString(static_cast<unsigned>(id)) : ""; }
 
 // Runs one host query; a failure is logged with `prefix` and reported as false.
 template <class F>
@@ -49,17 +50,17 @@ bool Query(const char* prefix, F&& query)
 void AddDescription(WelcomeContent& content, StringFactory* factory)
 {
     const std::string product = Text(factory, ID_PRODUCT);
-    if (!product.empty()) content.description.push_back(PlainText(product));
+    if (!product.empty()) content.description.push_back(Markup::Literal(product));
 
     Query("Getting hardware info failed:", [&] {
         TarnCtl::Hardware::HardwareInfoImpl hardware;
         const std::string vendor = hardware.GetVendorName();
-        content.description.push_back(PlainText(vendor + " " + hardware.GetProductName()));
+        content.description.push_back(Markup::Literal(vendor + " " + hardware.GetProductName()));
     });
     Query("Getting CPU info failed:", [&] {
         TarnCtl::Hardware::CpuInfoImpl cpu;
         const int packages = cpu.GetNumCpuPackages();
-        content.description.push_back(PlainText(std::to_string(packages) + " x " + cpu.GetModelName()));
+        content.description.push_back(Markup::Literal(std::to_string(packages) + " x " + cpu.GetModelName()));
     });
     Query("Getting memory info failed:", [&] {
         TarnCtl::Hardware::MemoryInfoImpl memory;
@@ -68,7 +69,7 @@ void AddDescription(WelcomeContent& content, StringFactory* factory)
     });
 }
 
-unsigned Ipv6Origin(int type)
+TextId Ipv6Origin(int type)
 {
     switch (type) {
     case IPV6_TYPE_DHCP: return ID_DHCP;
@@ -85,7 +86,7 @@ bool AddAddresses(WelcomeContent& content, StringFactory* factory)
     std::string hostname;
     Query("Getting hostname failed:", [&] { hostname = TarnCtl::Network::DnsConfigImpl().GetHostname(); });
     if (!hostname.empty() && hostname != "localhost")
-        content.addresses.push_back("http://" + PlainText(hostname) + "/ ");
+        content.addresses.push_back("http://" + Markup::Literal(hostname) + "/ ");
 
     TarnCtl::Network::NetworkInfoImpl network;
     std::unique_ptr<TarnNic> nic;
@@ -97,7 +98,7 @@ bool AddAddresses(WelcomeContent& content, StringFactory* factory)
         const IpConfig config = nic->GetIpConfig();
         const Ipv4Address& address = config.GetIpv4Address();
         if (address.GetBinaryAddress() != 0) {
-            const unsigned origin = config.GetUseDhcp() ? ID_DHCP : ID_STATIC;
+            const TextId origin = config.GetUseDhcp() ? ID_DHCP : ID_STATIC;
             content.addresses.push_back("http://" + address.GetStringAddress() + "/ (" + Text(factory, origin) + ")");
         }
         // A lookup that failed leaves the interface without an address.
@@ -146,15 +147,6 @@ std::string FitLine(const std::string& text, int columns)
     if (Markup::Columns(text) <= columns) return text;
     if (columns <= 3) return std::string(static_cast<size_t>(columns), '.');
     return std::string(Markup::CutToColumns(text, columns - 3)) + "...";
-}
-
-std::string PlainText(std::string text)
-{
-    for (char& c : text) {
-        if (c == '{') c = '(';
-        else if (c == '}') c = ')';
-    }
-    return text;
 }
 
 }  // namespace Tolm

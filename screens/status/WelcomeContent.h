@@ -28,9 +28,6 @@ WelcomeContent ComposeWelcome(StringFactory* factory);
 // `text` cut to `columns` columns, ending in "..." when it had to be cut.
 std::string FitLine(const std::string& text, int columns);
 
-// The shown text with "{" and "}" taken out of host-supplied values, so a
-// vendor string cannot open a markup tag.
-std::string PlainText(std::string text);
 
 // The short alert raised when the host has no network adapter.
 inline constexpr const char* NO_ADAPTER_ALERT = "No compatible network adapter found.";

@@ -17,10 +17,10 @@
 #include "screens/access/LoginDisabledDialog.h"
 #include "screens/access/Pam.h"
 #include "screens/status/WelcomeContent.h"
-#include "screens/system/GeneralWindow.h"
+#include "screens/menu/GeneralWindow.h"
 #include "screens/system/ShutdownDialog.h"
 #include "ui/TextArea.h"
-#include "ui/catalogue/StringFactory.h"
+#include "catalogue/StringFactory.h"
 
 namespace Tolm {
 
@@ -29,10 +29,8 @@ namespace {
 // Present while the administrator allows logging in on the console.
 constexpr const char* LOGIN_FLAG_FILE = "/var/run/pellor/show-tolm-login";
 
-constexpr unsigned ID_FOOTER_LOGIN = 0;
-constexpr unsigned ID_FOOTER_SHUTDOWN = 1;
-
-// The text areas start two columns in and leave two at the right.
+constexpr TextId ID_FOOTER_LOGIN = TextId::CustomizeSystemViewLogs;
+constexpr TextId ID_FOOTER_SHUTDOWN = TextId::ShutDownRestart;
 constexpr int MARGIN = 2;
 
 bool LoginEnabled()
@@ -118,7 +116,7 @@ void WelcomeWindow::Compose()
         _alertRaised = false;
     }
 
-    const auto text = [this](unsigned id) { return std::string(Text(id)); };
+    const auto text = [this](TextId id) { return std::string(Text(id)); };
     SetIfChanged(_footer, "<F2> {color:dark-grey}" + text(ID_FOOTER_LOGIN) + "{/color}" +
                               "{align:right}<F12> {color:dark-grey}" + text(ID_FOOTER_SHUTDOWN) + "{/color}{/align}");
 }

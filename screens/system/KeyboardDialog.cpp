@@ -3,9 +3,10 @@
 #include "frame/Keys.h"
 #include "host/HostCtlException.h"
 #include "host/Log.h"
-#include "ui/catalogue/StringFactory.h"
+#include "catalogue/StringFactory.h"
 #include "ui/Item.h"
 #include "ui/ItemList.h"
+#include "ui/Markup.h"
 #include "ui/MessageDialog.h"
 
 namespace Tolm {
@@ -16,20 +17,9 @@ constexpr int WIDTH = 76;
 constexpr int HEIGHT = 18;
 constexpr int TITLE_HEIGHT = 6;
 
-constexpr unsigned ID_TITLE = 16;  // "Configure Keyboard"
-constexpr unsigned ID_TEXT = 255;
+constexpr TextId ID_TITLE = TextId::ConfigureKeyboard;
+constexpr TextId ID_TEXT = TextId::ConfigureKeyboardText;
 
-constexpr const char* FOOTER =
-    "{color:black}<Up/Down>{/color} {color:dark-grey}Select{/color}  {color:black}<Space>{/color} "
-    "{color:dark-grey}Toggle Selected{/color}{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  "
-    "{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
-
-// Host texts shown as they are: no markup tag may open inside them.
-std::string Unmarked(std::string text)
-{
-    std::erase_if(text, [](char c) { return c == '{' || c == '}'; });
-    return text;
-}
 
 }  // namespace
 
@@ -78,7 +68,7 @@ bool KeyboardDialog::Apply()
     } catch (const HostCtl::Lib::HostCtlException& e) {
         Log::Write(LOG_ERR, "Setting keyboard layout failed: %s", e.what());
         MessageDialog failed(this, ID_TITLE,
-                             Unmarked("Changing the keyboard layout to " + name + " failed: " + e.what()));
+                             Markup::Literal("Changing the keyboard layout to " + name + " failed: " + e.what()));
         Frame::Run(&failed);
         return false;
     }
@@ -90,7 +80,7 @@ int KeyboardDialog::Execute()
 {
     SetTitle(Text(ID_TITLE));
     SetText(Text(ID_TEXT));
-    SetFooter(FOOTER);
+    SetFooter(FOOTER_SELECT_TOGGLE_OK_CANCEL);
     if (_items) _items->Redraw();
     for (;;) {
         switch (Frame::GetKey(this, true)) {

@@ -3,7 +3,7 @@
 #include "exec/Exec.h"
 #include "exec/ShellCommand.h"
 #include "screens/system/HostDown.h"
-#include "ui/catalogue/StringFactory.h"
+#include "catalogue/StringFactory.h"
 
 namespace Tolm {
 

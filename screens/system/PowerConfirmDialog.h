@@ -13,8 +13,8 @@ public:
     static constexpr int TITLE_HEIGHT = 7;
 
     struct Action {
-        unsigned titleId;
-        unsigned textId;
+        TextId titleId;
+        TextId textId;
         const char* command;  // run through the system shell
     };
 

@@ -3,8 +3,8 @@
 namespace Tolm {
 
 namespace {
-constexpr unsigned ID_TITLE = 175;  // "Restart Host"
-constexpr unsigned ID_TEXT = 176;   // "Restart in progress..."
+constexpr TextId ID_TITLE = TextId::RestartHost;
+constexpr TextId ID_TEXT = TextId::RestartInProgress;
 }  // namespace
 
 RebootConfirmDialog::RebootConfirmDialog(Frame* parent, bool force)

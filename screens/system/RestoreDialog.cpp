@@ -5,7 +5,7 @@
 #include "frame/Keys.h"
 #include "host/Log.h"
 #include "screens/system/HostDown.h"
-#include "ui/catalogue/StringFactory.h"
+#include "catalogue/StringFactory.h"
 #include "ui/Item.h"
 #include "ui/ItemList.h"
 
@@ -17,18 +17,13 @@ constexpr int WIDTH = 60;
 constexpr int HEIGHT = 12;
 constexpr int TITLE_HEIGHT = 7;
 
-constexpr unsigned ID_CONFIRM_TITLE = 177;
-constexpr unsigned ID_CONFIRM_TEXT = 178;
-constexpr unsigned ID_QUESTION = 179;
-constexpr unsigned ID_BUSY_TITLE = 180;
-constexpr unsigned ID_BUSY_TEXT = 181;
-constexpr unsigned ID_DONE_TEXT = 182;
+constexpr TextId ID_CONFIRM_TITLE = TextId::ResetSystemConfigurationConfirm;
+constexpr TextId ID_CONFIRM_TEXT = TextId::ResetSystemConfigurationWarning;
+constexpr TextId ID_QUESTION = TextId::ResetSystemConfigurationNow;
+constexpr TextId ID_BUSY_TITLE = TextId::ResetSystemConfigurationTitle;
+constexpr TextId ID_BUSY_TEXT = TextId::PleaseWaitDefaultSettings;
+constexpr TextId ID_DONE_TEXT = TextId::DefaultSettingsRestored;
 
-constexpr const char* FOOTER_CONFIRM =
-    "{align:right}{color:black}<F11>{/color} {color:dark-grey}OK{/color}  {color:black}<Esc>{/color} "
-    "{color:dark-grey}Cancel{/color}{/align}";
-constexpr const char* FOOTER_RESTART =
-    "{align:right}{color:black}<Enter>{/color} {color:dark-grey}Restart Host{/color}{/align}";
 
 constexpr const char* RESET_COMMAND = "/sbin/firmwareConfig.sh";
 constexpr const char* RESET_ARGS = "--reset-only > /dev/null 2>&1";
@@ -63,7 +58,7 @@ int RestoreDialog::Execute()
     SetTitle(Text(ID_CONFIRM_TITLE));
     SetText(Text(ID_CONFIRM_TEXT));
     ShowLabel(Text(ID_QUESTION));
-    SetFooter(FOOTER_CONFIRM);
+    SetFooter(FOOTER_F11_OK_CANCEL);
     for (;;) {
         const int key = Frame::GetKey(this, true);
         if (key == Key::Escape) return 0;
@@ -79,7 +74,7 @@ int RestoreDialog::Execute()
     if (RunShellCommand(RESET_COMMAND, RESET_ARGS) == -1) return 0;
 
     ShowLabel("");
-    SetFooter(FOOTER_RESTART);
+    SetFooter(FOOTER_ENTER_RESTART_HOST);
     SetText(Text(ID_DONE_TEXT));
     AwaitKey(Key::Enter);
 

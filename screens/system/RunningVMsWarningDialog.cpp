@@ -4,8 +4,8 @@ namespace Tolm {
 
 namespace {
 
-constexpr unsigned ID_TITLE = 173;
-constexpr unsigned ID_TEXT = 174;
+constexpr TextId ID_TITLE = TextId::WarningVMsRunningHost;
+constexpr TextId ID_TEXT = TextId::HostHasVMsRunning;
 
 }  // namespace
 

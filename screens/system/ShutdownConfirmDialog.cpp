@@ -3,8 +3,8 @@
 namespace Tolm {
 
 namespace {
-constexpr unsigned ID_TITLE = 171;  // "Shut Down Host"
-constexpr unsigned ID_TEXT = 172;   // "Shutdown in progress..."
+constexpr TextId ID_TITLE = TextId::ShutDownHost;
+constexpr TextId ID_TEXT = TextId::ShutdownInProgress;
 }  // namespace
 
 ShutdownConfirmDialog::ShutdownConfirmDialog(Frame* parent, bool force)

@@ -5,7 +5,7 @@
 #include "host/Log.h"
 #include "screens/system/RebootConfirmDialog.h"
 #include "screens/system/ShutdownConfirmDialog.h"
-#include "ui/catalogue/StringFactory.h"
+#include "catalogue/StringFactory.h"
 #include "ui/Item.h"
 #include "ui/ItemList.h"
 
@@ -17,13 +17,9 @@ constexpr int WIDTH = 60;
 constexpr int HEIGHT = 19;
 constexpr int TITLE_HEIGHT = 13;
 
-constexpr unsigned ID_TITLE = 168;
-constexpr unsigned ID_TEXT = 169;
-constexpr unsigned ID_FORCE = 170;
-
-constexpr const char* FOOTER =
-    "{color:black}<F2>{/color} {color:dark-grey}Shut Down{/color}  {color:black}<F11>{/color} "
-    "{color:dark-grey}Restart{/color}{align:right}{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
+constexpr TextId ID_TITLE = TextId::ShutDownRestartTitle;
+constexpr TextId ID_TEXT = TextId::ShutDownRestartText;
+constexpr TextId ID_FORCE = TextId::ForcefullyTerminateRunningVMs;
 
 // The log line and the event go out when the confirmation opens, before the
 // host is stopped.
@@ -64,7 +60,7 @@ int ShutdownDialog::Execute()
 {
     SetTitle(Text(ID_TITLE));
     SetText(Text(ID_TEXT));
-    SetFooter(FOOTER);
+    SetFooter(FOOTER_SHUT_DOWN_RESTART_CANCEL);
     if (_items) _items->Redraw();
     for (;;) {
         const int key = Frame::GetKey(this, true);

@@ -206,7 +206,7 @@ public:
         _label->SetText("Widget probe: " + _scenario);
         std::unique_ptr<Frame> window;
         if (_scenario == "message") {
-            window = std::make_unique<MessageDialog>(this, 0u, std::string("Hello from the probe.\nSecond line."));
+            window = std::make_unique<MessageDialog>(this, TextId::CustomizeSystemViewLogs, std::string("Hello from the probe.\nSecond line."));
         } else if (_scenario == "itemlist") {
             window = std::make_unique<ItemListDialog>(this);
         } else if (_scenario == "input") {

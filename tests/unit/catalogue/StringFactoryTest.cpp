@@ -1,4 +1,4 @@
-#include "ui/catalogue/StringFactory.h"
+#include "catalogue/StringFactory.h"
 
 #include <gtest/gtest.h>
 

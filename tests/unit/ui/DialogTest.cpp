@@ -27,7 +27,7 @@ TEST_F(DialogTest, GeometryFollowsTheTerminalAndTheTitleBand) {
     EXPECT_EQ(dialog.FooterArea()->Y(), 6 + 5 + 6);
     EXPECT_EQ(dialog.TextPart()->Height(), 1);
 
-    MessageDialog message(nullptr, 0u, std::string("text"));
+    MessageDialog message(nullptr, TextId::CustomizeSystemViewLogs, std::string("text"));
     EXPECT_EQ(message.Content(), nullptr);
     EXPECT_EQ(message.X(), 5);
     EXPECT_EQ(message.Y(), 7);

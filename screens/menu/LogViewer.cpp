@@ -1,4 +1,4 @@
-#include "screens/system/LogViewer.h"
+#include "screens/menu/LogViewer.h"
 
 #include <signal.h>
 #include <sys/wait.h>

@@ -5,12 +5,10 @@
 #include <vector>
 
 #include "host/TarnNic.h"
+#include "ui/MenuTable.h"
 #include "ui/RootWindow.h"
 
 namespace Tolm {
-
-class LabelItem;
-struct GeneralMenuEntry;
 
 class GeneralWindow : public RootWindow {
 public:
@@ -35,23 +33,25 @@ private:
     // Asks the host which entries can be used now.
     void ReadHost();
     void LookUpManagementInterface();
-    // Enabled flags onto the rows; a highlight on a row that went disabled
-    // moves on.
-    void ApplyEnabled();
-    // Right title, help pane and footer for the highlighted entry.
-    void ShowSelection();
-    std::string HelpText(const GeneralMenuEntry& entry);
+    // The panes and actions of the entries that need more than a text.
+    std::string PasswordPane() const;
     std::string ManagementAddresses();
     std::string LogList();
-    // Null on a spacer or when nothing is highlighted.
-    const GeneralMenuEntry* Selected() const;
-    bool IsEnabled(const GeneralMenuEntry& entry) const;
-    void Open(const GeneralMenuEntry& entry);
+    std::string SupportPane() const;
+    std::string SupportTitle() const;
+    int ChangePassword();
     void TurnSupportPage(int delta);
+    template <class Screen>
+    int Open()
+    {
+        Screen screen(this);
+        return Frame::Run(&screen);
+    }
+
+    MenuTable _menu;
 
     std::vector<std::string> _supportPages;
     size_t _supportPage = 0;
-    std::vector<std::unique_ptr<LabelItem>> _items;
     bool _passwordSet;
 
     // What the host allows, read at construction and on each refresh.

@@ -1,4 +1,4 @@
-#include "screens/system/SupportPages.h"
+#include "screens/menu/SupportPages.h"
 
 #include <fstream>
 

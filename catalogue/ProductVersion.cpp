@@ -1,4 +1,4 @@
-#include "ui/catalogue/StringFactory.h"
+#include "catalogue/StringFactory.h"
 
 #include "host/HostCtlException.h"
 #include "host/Sysinfo.h"
