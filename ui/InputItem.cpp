@@ -170,7 +170,9 @@ int InputItem::CursorColumn(int rowWidth) const
 void InputItem::Render(TextArea& row)
 {
     row.SetText(RowText(row.Width()));
-    if (focused) {
+    // Only the window in front shows the cursor: not one that a message box
+    // covers, nor one dimmed while idle.
+    if (focused && row.IsActive()) {
         Window::ShowCursor(true);
         row.MoveCursor(CursorColumn(row.Width()), 0);
     }

@@ -1,0 +1,149 @@
+// The form kit on a real curses screen, keys fed through the frame's clock
+// seam: filters, Enter/Esc, rejecting a field, radio groups, and the cursor
+// while something covers the form.
+#include "ui/Form.h"
+
+#include <deque>
+#include <vector>
+
+#include "CursesFixture.h"
+#include "frame/FrameClock.h"
+#include "frame/Keys.h"
+#include "ui/Dialog.h"
+#include "ui/InputItem.h"
+#include "ui/Item.h"
+
+using namespace Tolm;
+
+namespace {
+
+// Hands out scripted keys, one per wait, and notes whether the cursor was
+// visible each time the console waited.
+class KeyScript : public FrameClock {
+public:
+    timeval Now() override { return timeval{_seconds, 0}; }
+    int Wait(const timeval*) override
+    {
+        cursorAtWait.push_back(Window::_cursor);
+        if (keys.empty()) {
+            ADD_FAILURE() << "the form waited for more keys than the test typed";
+            throw TolmTimeout();
+        }
+        const Step step = keys.front();
+        keys.pop_front();
+        _seconds += step.seconds;
+        return step.key;
+    }
+    void Type(std::initializer_list<int> codes)
+    {
+        for (int code : codes) keys.push_back({code, 0});
+    }
+    struct Step {
+        int key;
+        long seconds;
+    };
+    std::deque<Step> keys;
+    std::vector<bool> cursorAtWait;
+
+private:
+    long _seconds = 1000;
+};
+
+class FormDialog : public Dialog {
+public:
+    FormDialog() : Dialog(nullptr, 60, 14, 5), form(*this) {}
+    int Execute() override { return form.Run(handlers); }
+    Form form;
+    Form::Handlers handlers;
+};
+
+class FormTest : public CursesTest {
+protected:
+    void SetUp() override
+    {
+        Frame::SetClock(&script);
+        Frame::_idleTimeout = 0;
+        Frame::fgFrame = nullptr;
+        Window::ShowCursor(false);
+    }
+    void TearDown() override { Frame::SetClock(nullptr); }
+    KeyScript script;
+};
+
+TEST_F(FormTest, FiltersKeysAndRejectsAFieldKeepingItsText)
+{
+    FormDialog dialog;
+    InputItem& vlan = dialog.form.AddInput("VLAN", "", 5, KeyFilters::Chars(KeyFilters::Digits));
+    InputItem& host = dialog.form.AddInput("Host", "", 20, KeyFilters::Chars(KeyFilters::Hostname, false));
+    int rejections = 0;
+    dialog.handlers.accept = [&] {
+        if (host.Value().empty() || host.Value().back() != '.') return true;
+        ++rejections;
+        dialog.form.Reject(1, TextId::InvalidIPAddress, TextId::PleaseReenterValidIPv4Address);
+        return false;
+    };
+    // Letters and "-" never reach the digits field; End is refused by the
+    // host name filter, so the text is typed at the start.
+    script.Type({'4', 'x', '-', '0', Key::Down, 'a', '.', Key::Home, 'b', Key::End, '!', 'c',
+                 Key::Up, Key::Enter, Key::Enter, Key::Escape});
+    EXPECT_EQ(Frame::Run(&dialog), 0);
+    EXPECT_EQ(vlan.Value(), "40");
+    EXPECT_EQ(host.Value(), "bca.");
+    EXPECT_EQ(rejections, 1);
+    // Enter on the first row rejected the second, moving the focus there.
+    EXPECT_EQ(dialog.form.Focused(), 1);
+    EXPECT_TRUE(script.keys.empty());
+
+    // The cursor stayed behind the "c" typed last.
+    script.Type({Key::Right, Key::Delete, Key::Enter});
+    EXPECT_EQ(Frame::Run(&dialog), 1);
+    EXPECT_EQ(host.Value(), "bca");
+}
+
+TEST_F(FormTest, SpaceMarksOneRadioOfItsGroupAndSkipsDisabledRows)
+{
+    FormDialog dialog;
+    RadioItem& dhcp = dialog.form.AddRadio("DHCP", 0, true);
+    RadioItem& fixed = dialog.form.AddRadio("Static", 0);
+    InputItem& address = dialog.form.AddInput("Address", "", 15, KeyFilters::Chars(KeyFilters::Ipv4));
+    CheckItem& check = dialog.form.AddCheck("Check");
+    dialog.form.SetEnabled(2, false);
+    std::vector<int> toggled;
+    dialog.handlers.toggled = [&](int row) {
+        toggled.push_back(row);
+        dialog.form.SetEnabled(2, fixed.IsSelected());
+    };
+    // Down from "Static" skips the disabled address row; marking "Static"
+    // enables it.
+    script.Type({Key::Down, Key::Down, ' ', Key::Up, ' ', Key::Down, '1', '.', 'a', '2', Key::Enter});
+    EXPECT_EQ(Frame::Run(&dialog), 1);
+    EXPECT_TRUE(check.IsChecked());
+    EXPECT_TRUE(fixed.IsSelected());
+    EXPECT_FALSE(dhcp.IsSelected());
+    EXPECT_EQ(address.Value(), "1.2");
+    EXPECT_EQ(toggled, (std::vector<int>{3, 1}));
+}
+
+TEST_F(FormTest, CursorHiddenWhileAMessageBoxOrDimmingCoversTheField)
+{
+    FormDialog dialog;
+    dialog.form.AddInput("Address", "", 15);
+    dialog.handlers.accept = [&] {
+        dialog.form.Reject(0, TextId::InvalidIPAddress, TextId::PleaseReenterValidIPv4Address);
+        return false;
+    };
+    // Enter opens the message box (which waits for its Enter); then a minute
+    // passes without a key, dimming the form.
+    script.Type({Key::Enter, Key::Enter});
+    script.keys.push_back({Frame::WAIT_TIMEOUT, 61});
+    script.Type({Key::Escape});
+    EXPECT_EQ(Frame::Run(&dialog), 0);
+    // Waits: form, message box, form, form dimmed.
+    ASSERT_EQ(script.cursorAtWait.size(), 4u);
+    EXPECT_TRUE(script.cursorAtWait[0]);
+    EXPECT_FALSE(script.cursorAtWait[1]) << "cursor shown inside the message box";
+    EXPECT_TRUE(script.cursorAtWait[2]);
+    EXPECT_FALSE(script.cursorAtWait[3]) << "cursor shown on the dimmed form";
+}
+
+}  // namespace
