@@ -117,6 +117,25 @@ TEST(SystemMenu, FailedInterfaceLookupAndPxeBootDisableEntries)
     EXPECT_TRUE(ShowsEntry(tolm, "Test Management Network"));
 }
 
+TEST(SystemMenu, ClosingADialogOnlyRedrawsTheMenu)
+{
+    // A hung management agent must not hold up every return to the menu:
+    // only the refresh signal asks the host again.
+    Console tolm("typical");
+    tolm.Start();
+    ASSERT_TRUE(LogInToMenu(tolm));
+    ASSERT_TRUE(tolm.WaitForLog("get orlasvc/auth/lockdown_is_enabled"));
+    for (int round = 0; round < 2; ++round) {
+        tolm.Press(Key::Enter);
+        ASSERT_TRUE(tolm.WaitForText("Old Password:"));
+        tolm.Press(Key::Esc);
+        ASSERT_TRUE(tolm.WaitForTextGone("Old Password:"));
+    }
+    ASSERT_TRUE(ShowsEntry(tolm, "Configure Password"));
+    ASSERT_TRUE(tolm.WaitForQuiet());
+    EXPECT_EQ(Count(tolm.Syslog(), "get orlasvc/auth/lockdown_is_enabled"), 1u);
+}
+
 TEST(SystemMenu, LogViewerAndSupportPages)
 {
     Console tolm("typical");
