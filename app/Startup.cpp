@@ -16,9 +16,10 @@
 #include <cstring>
 
 #include "app/HostBackend.h"
+#include "frame/CursesSession.h"
 #include "frame/Frame.h"
 #include "frame/StartupChecks.h"
-#include "frame/Terminal.h"
+#include "frame/TerminalFlags.h"
 #include "host/HostCtlException.h"
 #include "host/HostPaths.h"
 #include "host/Log.h"
@@ -28,13 +29,6 @@ namespace Tolm {
 namespace {
 
 constexpr const char* kPidFile = "/var/run/tolm.pid";
-
-// Every exit path leaves curses mode; a second endwin would write its
-// cursor sequences after the palette reset of the orderly exit.
-void EndCursesAtExit()
-{
-    if (stdscr && !isendwin()) endwin();
-}
 
 void SwitchToVt(int vt)
 {
@@ -95,27 +89,7 @@ int RunConsole(int argc, char** argv, const std::function<std::unique_ptr<Frame>
     // Machines without the English UTF-8 locale still need UTF-8 output.
     if (!std::setlocale(LC_ALL, "en_US.UTF-8")) std::setlocale(LC_ALL, "C.UTF-8");
 
-    // A serial line may come up with TERM unset or naming a terminal the
-    // host does not describe; initscr would end the process then. The
-    // console must come up, so fall back to the plainest serial terminal.
-    if (newterm(nullptr, stdout, stdin) == nullptr) {
-        Log::Write(LOG_ERR, "Unknown terminal type '%s', using vt100", term ? term : "");
-        if (newterm("vt100", stdout, stdin) == nullptr) {
-            Log::Write(LOG_ERR, "Cannot start curses on this terminal");
-            return 0;
-        }
-    }
-    start_color();
-    std::atexit(EndCursesAtExit);
-
-    Window::ShowCursor(false);
-    cbreak();
-    noecho();
-    keypad(stdscr, TRUE);
-
-    InitColors();
-    DefineKeys();
-    refresh();
+    if (!StartCurses(term)) return 0;
 
     std::unique_ptr<Frame> statusScreen;
     try {
@@ -126,9 +100,7 @@ int RunConsole(int argc, char** argv, const std::function<std::unique_ptr<Frame>
     }
 
     statusScreen.reset();
-    erase();
-    refresh();
-    endwin();
+    EndCurses();
     // Give the console its own palette back.
     static const char kResetPalette[] = "\033]R";
     ssize_t ignored = write(1, kResetPalette, 3);

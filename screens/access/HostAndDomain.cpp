@@ -1,26 +1,18 @@
 #include "screens/access/HostAndDomain.h"
 
-#include "host/HostCtlException.h"
-#include "host/Log.h"
+#include "exec/HostCall.h"
 #include "host/TarnCtlNetwork.h"
+#include "ui/Markup.h"
 
 namespace Tolm {
 
 std::string HostAndDomain()
 {
     TarnCtl::Network::DnsConfigImpl dns(TarnCtl::Network::DEFAULT_TCPIP_STACK);
-    std::string host, domain;
-    try {
-        host = dns.GetHostname();
-    } catch (const HostCtl::Lib::HostCtlException& e) {
-        Log::Write(LOG_ERR, "Getting hostname failed: %s", e.what());
-    }
-    try {
-        domain = dns.GetDomain();
-    } catch (const HostCtl::Lib::HostCtlException& e) {
-        Log::Write(LOG_ERR, "Getting domain failed: %s", e.what());
-    }
-    return host + "." + domain;
+    const std::string host = HostValue("Getting hostname failed:", [&] { return dns.GetHostname(); }, std::string());
+    const std::string domain = HostValue("Getting domain failed:", [&] { return dns.GetDomain(); }, std::string());
+    // Shown inside dialog texts: the host's name is not markup.
+    return Markup::Literal(host + "." + domain);
 }
 
 }  // namespace Tolm

@@ -8,7 +8,7 @@
 #include "exec/Events.h"
 #include "frame/Keys.h"
 #include "frame/TerminalFlags.h"
-#include "host/HostCtlException.h"
+#include "exec/HostCall.h"
 #include "host/Log.h"
 #include "host/TarnCtlSystem.h"
 #include "screens/access/HostAndDomain.h"
@@ -16,6 +16,7 @@
 #include "screens/system/KeyboardDialog.h"
 #include "ui/InputItem.h"
 #include "ui/Item.h"
+#include "ui/Markup.h"
 #include "ui/MessageDialog.h"
 #include "catalogue/StringFactory.h"
 
@@ -47,13 +48,10 @@ constexpr int AUTH_FAILED = LOG_AUTH | LOG_ERR;
 
 std::string KeyboardLabel()
 {
-    std::string layout;
-    try {
-        layout = TarnCtl::System::SystemInfoImpl().GetKeyboardLayout();
-    } catch (const HostCtl::Lib::HostCtlException& e) {
-        Log::Write(LOG_ERR, "Getting keyboard layout failed: %s", e.what());
-    }
-    return "Configured Keyboard (" + layout + ")";
+    const std::string layout = HostValue(
+        "Getting keyboard layout failed:", [] { return TarnCtl::System::SystemInfoImpl().GetKeyboardLayout(); },
+        std::string());
+    return "Configured Keyboard (" + Markup::Literal(layout) + ")";
 }
 
 }  // namespace

@@ -3,7 +3,7 @@
 #include "exec/Exec.h"
 #include "frame/Display.h"
 #include "frame/Keys.h"
-#include "host/HostCtlException.h"
+#include "exec/HostCall.h"
 #include "host/HostPaths.h"
 #include "host/Log.h"
 #include "host/TarnCtlAdv.h"
@@ -82,39 +82,31 @@ void GeneralWindow::ReadHost()
     _lockdownAvailable = OrlaCmdGetBool("orlasvc/auth/lockdown_is_enabled") ||
                          OrlaCmdGetBool("orlasvc/auth/lockdown_is_possible");
     LookUpManagementInterface();
-    try {
-        _driverVmSupported = TarnCtl::System::SystemInfoImpl().IsDriverVmSupported();
-    } catch (const HostCtl::Lib::HostCtlException& e) {
-        Log::Write(LOG_ERR, "Getting DriverVM support failed: %s", e.what());
-        _driverVmSupported = false;
-    }
-    try {
-        _pxeBoot = TarnCtl::Adv::AdvancedOptionImpl().HasUserOption("PXEBootEnabled");
-    } catch (const HostCtl::Lib::HostCtlException& e) {
-        // Unknown: keep the reset away rather than offer it on a PXE-booted host.
-        Log::Write(LOG_ERR, "Getting user option PXEBootEnabled failed: %s", e.what());
-        _pxeBoot = true;
-    }
+    _driverVmSupported = HostValue(
+        "Getting DriverVM support failed:", [] { return TarnCtl::System::SystemInfoImpl().IsDriverVmSupported(); },
+        false);
+    // Unknown: keep the reset away rather than offer it on a PXE-booted host.
+    _pxeBoot = HostValue(
+        "Getting user option PXEBootEnabled failed:",
+        [] { return TarnCtl::Adv::AdvancedOptionImpl().HasUserOption("PXEBootEnabled"); }, true);
 }
 
 void GeneralWindow::LookUpManagementInterface()
 {
     _managementUsable = false;
-    try {
+    const auto error = HostCall("Getting management interface failed:", [this] {
         _networkInfo.UpdateManagementInterface();
         _mgmtIntf = _networkInfo.GetManagementInterface();
         _managementUsable = _mgmtIntf && _mgmtIntf->IsUsable();
-    } catch (const HostCtl::Lib::HostCtlException& e) {
-        Log::Write(LOG_ERR, "Getting management interface failed: %s", e.what());
-        _mgmtIntf.reset();
-    }
+    });
+    if (error) _mgmtIntf.reset();
 }
 
 std::string GeneralWindow::ManagementAddresses()
 {
     if (!_mgmtIntf) return "";
     std::string text;
-    try {
+    HostCall("Getting management addresses failed:", [&] {
         text += "\n\n" + Text(ID_HOSTNAME) + ":\n  " + _dnsConfig.GetHostname();
         const auto ipv4 = _mgmtIntf->GetIpConfig().GetIpv4Address();
         text += "\n\n" + Text(ID_IPV4) + ":\n  " +
@@ -124,9 +116,7 @@ std::string GeneralWindow::ManagementAddresses()
             text += "\n\n" + Text(ID_IPV6) + ":";
             for (const auto& network : networks) text += "\n  " + network.GetStringAddress();
         }
-    } catch (const HostCtl::Lib::HostCtlException& e) {
-        Log::Write(LOG_ERR, "Getting management addresses failed: %s", e.what());
-    }
+    });
     return "{color:white}" + Markup::Literal(text) + "{/color}";
 }
 
