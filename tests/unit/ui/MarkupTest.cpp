@@ -155,3 +155,12 @@ TEST(MarkupColor, RunsAreCutAtTheRightEdge) {
     EXPECT_EQ(runs[0].text, "abcd");
     EXPECT_TRUE(ColorRuns("abc", 4, 0, 0, 7, colors).empty());
 }
+
+TEST(MarkupColor, LiteralHostTextShowsItsBracesAndOpensNoTag) {
+    ColorTable colors = DefaultColorTable();
+    const std::string host = Literal("a{color:red}b{align:right}");
+    EXPECT_EQ(Columns(host), 26);
+    const std::string text = "{color:white}" + host + "{/color} x";
+    EXPECT_EQ(ColorRuns(Layout(text, 40), 40, 1, 2, 7, colors),
+              (std::vector<MRun>{{0, 0, "a{color:red}b{align:right}", 2, 7}, {26, 0, " x", 2, 7}}));
+}
