@@ -2,15 +2,15 @@
 // The menu helper of the two-pane menu screens: a table of entries, each with
 // its catalogue text, help pane, enable rule, footer and what Enter opens,
 // shown in a RootWindow's panes. A menu screen owns one and is left with its
-// table and its pane functions:
+// table and its pane functions (see GeneralWindow):
 //
 //     _menu.SetEntries(TextId::SystemCustomization, {
 //         {TextId::ConfigurePassword, [this] { return PasswordPane(); }, {},
-//          Footer(FOOTER_MENU_CHANGE), [this] { return RunPasswordDialog(); }},
+//          Fixed(FOOTER_MENU_CHANGE), [this] { return ChangePassword(); }},
 //         MenuEntry::Spacer(),
 //         ...});
-//     int Execute() { _menu.Show(); for (;;) { int key = GetKey(this, true);
-//         if (key == Key::Escape) return 0; _menu.HandleKey(key); } }
+//     Execute: _menu.ShowSelection(), then per key: Esc ends, otherwise
+//     _menu.HandleKey(key), then the screen's own keys.
 #include <functional>
 #include <memory>
 #include <string>
