@@ -2,6 +2,7 @@
 
 #include <syslog.h>
 
+#include <cctype>
 #include <memory>
 #include <vector>
 
@@ -50,7 +51,10 @@ void LockdownDialog::Request(bool enable)
     const char* const argv[] = {"orla-cmd", "-U", TOLM_USER, enable ? ENTER : EXIT, nullptr};
     const int result = RunCommand(ORLA_CMD, argv, out, &outLength, err, &errLength, nullptr, 0, 0);
     // A read error leaves the length at all bits set; keep the text empty then.
-    err[errLength < BUFFER_SIZE ? errLength : 0] = '\0';
+    unsigned length = errLength < BUFFER_SIZE ? errLength : 0;
+    // The tool ends its message with a newline; syslog takes one line.
+    while (length > 0 && std::isspace(static_cast<unsigned char>(err[length - 1]))) --length;
+    err[length] = '\0';
     if (result != 0)
         Log::Write(LOG_ERR, enable ? "Enabling lockdown mode failed with error: %s"
                                    : "Disabling lockdown mode failed with error: %s",

@@ -66,7 +66,10 @@ TEST(Lockdown, EntersAndLeavesButRunsNothingWhenUnchanged)
     ASSERT_TRUE(Close(tolm));
     ASSERT_TRUE(tolm.WaitForLog("err Tolm["));
     EXPECT_TRUE(tolm.WaitForLog("Enabling lockdown mode failed with error: "));
-    EXPECT_NE(tolm.Syslog().find("agent busy"), std::string::npos) << tolm.Syslog();
+    EXPECT_NE(tolm.Syslog().find("agent busy\n"), std::string::npos)
+        << tolm.Syslog();
+    // The tool's own newline does not become a blank line of its own.
+    EXPECT_EQ(tolm.Syslog().find("\n\n"), std::string::npos) << tolm.Syslog();
     EXPECT_EQ(tolm.State("/system/lockdown/enabled"), false);
     EXPECT_EQ(Count(tolm.Syslog(), "Lockdown mode enabled"), 1u);
 }
