@@ -59,14 +59,29 @@ void KeyboardDialog::MarkSelected()
     _items->Redraw();
 }
 
+void KeyboardDialog::RestoreLayout(const std::string& previous)
+{
+    try {
+        _systemInfo.SetKeyboardLayout(previous);
+    } catch (const HostCtl::Lib::HostCtlException& e) {
+        Log::Write(LOG_ERR, "Restoring keyboard layout failed: %s", e.what());
+    }
+}
+
 bool KeyboardDialog::Apply()
 {
     const std::string& name = _layouts[_marked];
+    std::string previous;
+    bool configured = false;
     try {
+        previous = _systemInfo.GetKeyboardLayout();
         _systemInfo.SetKeyboardLayout(name);
+        configured = true;
         _systemInfo.LoadKeyboardMappings(name);
     } catch (const HostCtl::Lib::HostCtlException& e) {
         Log::Write(LOG_ERR, "Setting keyboard layout failed: %s", e.what());
+        // The old map is still loaded: the configured layout must name it.
+        if (configured) RestoreLayout(previous);
         MessageDialog failed(this, ID_TITLE,
                              Markup::Literal("Changing the keyboard layout to " + name + " failed: " + e.what()));
         Frame::Run(&failed);

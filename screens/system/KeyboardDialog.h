@@ -25,6 +25,8 @@ private:
     // Sets and loads the marked layout; false (after a message) when the
     // host refused.
     bool Apply();
+    // Puts back the configured layout after its key map failed to load.
+    void RestoreLayout(const std::string& previous);
 
     TarnCtl::System::SystemInfoImpl _systemInfo;
     std::vector<std::string> _layouts;

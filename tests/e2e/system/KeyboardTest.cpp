@@ -78,6 +78,24 @@ TEST(Keyboard, OnlyTheMarkedLayoutIsApplied)
     tolm.Press(Key::Enter);
     ASSERT_TRUE(tolm.WaitUntil([&] { return tolm.State("/system/keyboard/current") == "US Default"; }, "applied"));
 
+    // A key map that fails to load leaves the host as it was: the configured
+    // layout still names the map that is loaded.
+    tolm.SetValue("/faults/LoadKeyboardMappings", "keymap file is corrupt");
+    ASSERT_TRUE(tolm.WaitForTextGone(LEAD) && tolm.WaitForQuiet());
+    ASSERT_TRUE(Open(tolm, "(o) US Default"));
+    tolm.Press(Key::Down);
+    tolm.Type(" ");
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForText("Changing the keyboard layout to US Dvorak failed:"));
+    EXPECT_TRUE(tolm.WaitForLog("Setting keyboard layout failed: keymap file is corrupt"));
+    EXPECT_EQ(tolm.State("/system/keyboard/current"), "US Default");
+    EXPECT_EQ(tolm.State("/system/keyboard/loadedMappings"), "US Default");
+    ASSERT_TRUE(tolm.WaitForQuiet());
+    tolm.Press(Key::Enter);  // dismiss the message
+    ASSERT_TRUE(tolm.WaitForTextGone("Changing the keyboard layout"));
+    tolm.SendEsc();
+    tolm.HostSim({"set", "/faults", "{}"});
+
     // A layout the host does not list marks nothing; Enter then waits.
     tolm.SetValue("/system/keyboard/current", "Klingon");
     ASSERT_TRUE(tolm.WaitForTextGone(LEAD) && tolm.WaitForQuiet());
