@@ -76,6 +76,9 @@ int RestoreDialog::Execute()
     ShowLabel("");
     SetFooter(FOOTER_ENTER_RESTART_HOST);
     SetText(Text(ID_DONE_TEXT));
+    // Drawing the window afresh discards the keys typed while the reset
+    // ran: only an Enter pressed after reading the question restarts.
+    Draw(true);
     AwaitKey(Key::Enter);
 
     if (RunShellCommand("reboot", "-f") == -1) return 0;

@@ -2,6 +2,11 @@
 // the reset of the system configuration from the menu.
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
 #include <fstream>
 #include <string>
 
@@ -193,6 +198,42 @@ TEST(Reset, EscCancelsF11ResetsThenOnlyEnterRestarts)
     EXPECT_EQ(tolm.WaitForExit(), ExitStatus::Exited(0));
     EXPECT_EQ(tolm.State("/power/state"), "restarting");
     EXPECT_EQ(tolm.State("/tools/counts/rebootForced"), 1);
+}
+
+TEST(Reset, KeysTypedWhileResettingAreDiscarded)
+{
+    Console tolm("typical");
+    // The reset tool waits until the test opens its gate.
+    const std::string tool = tolm.RootPath("/sbin/firmwareConfig.sh").string();
+    const std::string gate = tolm.RootPath("/tmp/reset-gate").string();
+    std::filesystem::create_directories(tolm.RootPath("/tmp"));
+    ASSERT_EQ(mkfifo(gate.c_str(), 0600), 0);
+    std::filesystem::rename(tool, tool + ".real");
+    std::ofstream(tool) << "#!/bin/sh\ncat '" << gate << "' >/dev/null\nexec '" << tool << ".real' \"$@\"\n";
+    std::filesystem::permissions(tool, std::filesystem::perms::owner_all);
+    tolm.Start();
+    ASSERT_TRUE(LogInToMenu(tolm));
+    tolm.Press(Key::Down, 10);
+    ASSERT_TRUE(ShowsEntry(tolm, "Reset System Configuration"));
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForText("Reset System Configuration now?") && tolm.WaitForQuiet());
+    tolm.Press(Key::F11);
+    ASSERT_TRUE(tolm.WaitForText("Please wait while the default settings are restored."));
+
+    // An impatient Enter while the tool runs.
+    tolm.Press(Key::Enter);
+    int fd = -1;
+    ASSERT_TRUE(tolm.WaitUntil([&] { return (fd = open(gate.c_str(), O_WRONLY | O_NONBLOCK)) >= 0; }, "tool waits"));
+    close(fd);
+    ASSERT_TRUE(tolm.WaitForText("Default settings are restored. Press <Enter> to"));
+    ASSERT_TRUE(tolm.WaitForQuiet());
+    EXPECT_TRUE(tolm.Running());
+    EXPECT_EQ(tolm.State("/power/state"), "running");
+    EXPECT_EQ(tolm.State("/tools/counts/factoryReset"), 1);
+
+    tolm.Press(Key::Enter);
+    EXPECT_EQ(tolm.WaitForExit(), ExitStatus::Exited(0));
+    EXPECT_EQ(tolm.State("/power/state"), "restarting");
 }
 
 }  // namespace
