@@ -15,7 +15,7 @@ struct WelcomeContent {
     std::vector<std::string> description;
     // The heading and one line per management address ("http://...").
     std::vector<std::string> addresses;
-    // Warnings (no adapter, failed DHCP lookup, audit mode), one paragraph each.
+    // Warnings (no adapter, failed DHCP lookup, audit mode), one line each.
     std::vector<std::string> warnings;
     // The host has no physical network adapter.
     bool noAdapter = false;

@@ -44,12 +44,29 @@ void SetIfChanged(TextArea* area, std::string text)
     if (area->Text() != text) area->SetText(std::move(text));
 }
 
-std::string Join(const std::vector<std::string>& lines, int width)
+// The addresses, a free line, then the warnings, each one line cut to
+// `width`. The warnings are kept whole on screen: when the addresses would
+// push them out of the `height` lines, the addresses that do not fit are
+// left out instead.
+std::string LowerText(const WelcomeContent& content, int width, int height)
 {
+    std::vector<std::string> lines;
+    // Without an adapter there is nothing to manage the host through; the
+    // warning takes the place of the addresses.
+    if (!content.noAdapter) lines = content.addresses;
+    const size_t warnings = content.warnings.size();
+    if (warnings > 0) {
+        const size_t lineCount = static_cast<size_t>(std::max(0, height));
+        const size_t room = lineCount - std::min(warnings, lineCount);
+        // The free line goes before any address does.
+        if (lines.size() + 1 > room) lines.resize(room > 1 ? room - 1 : 0);
+        if (!lines.empty()) lines.emplace_back();
+        lines.insert(lines.end(), content.warnings.begin(), content.warnings.end());
+    }
     std::string text;
-    for (const std::string& line : lines) {
-        if (!text.empty()) text += "\n";
-        text += FitLine(line, width);
+    for (size_t i = 0; i < lines.size(); ++i) {
+        if (i > 0) text += "\n";
+        text += FitLine(lines[i], width);
     }
     return text;
 }
@@ -91,27 +108,10 @@ void WelcomeWindow::Compose()
     }
     SetIfChanged(_description, description);
 
-    // Without an adapter there is nothing to manage the host through; the
-    // warning takes the place of the addresses.
-    std::string lower = content.noAdapter ? std::string() : Join(content.addresses, width);
-    // One free line between the addresses and the warnings.
-    const bool hadAddresses = !lower.empty();
-    for (size_t i = 0; i < content.warnings.size(); ++i)
-        lower += (i == 0 ? (hadAddresses ? "\n\n" : "") : "\n") + content.warnings[i];
-    SetIfChanged(_addresses, lower);
+    SetIfChanged(_addresses, LowerText(content, width, _addresses->Height()));
 
     if (content.noAdapter && !_alertRaised) {
-        try {
-            // The host keeps its alerts; one raised before (by an earlier
-            // run of the console) is not raised again.
-            TarnCtl::System::SystemInfoImpl system;
-            const auto alerts = system.GetSystemAlerts();
-            if (std::find(alerts.begin(), alerts.end(), NO_ADAPTER_ALERT) == alerts.end())
-                system.SetSystemAlert(NO_ADAPTER_ALERT);
-            _alertRaised = true;
-        } catch (const HostCtl::Lib::HostCtlException& e) {
-            Log::Write(LOG_ERR, "Setting system alert failed: %s", e.what());
-        }
+        RaiseNoAdapterAlert();
     } else if (!content.noAdapter) {
         _alertRaised = false;
     }
@@ -119,6 +119,27 @@ void WelcomeWindow::Compose()
     const auto text = [this](TextId id) { return std::string(Text(id)); };
     SetIfChanged(_footer, "<F2> {color:dark-grey}" + text(ID_FOOTER_LOGIN) + "{/color}" +
                               "{align:right}<F12> {color:dark-grey}" + text(ID_FOOTER_SHUTDOWN) + "{/color}{/align}");
+}
+
+void WelcomeWindow::RaiseNoAdapterAlert()
+{
+    TarnCtl::System::SystemInfoImpl system;
+    // The host keeps its alerts; one raised before (by an earlier run of the
+    // console) is not raised again. Alerts that cannot be read do not keep
+    // this one from being raised.
+    bool present = false;
+    try {
+        const auto alerts = system.GetSystemAlerts();
+        present = std::find(alerts.begin(), alerts.end(), NO_ADAPTER_ALERT) != alerts.end();
+    } catch (const HostCtl::Lib::HostCtlException& e) {
+        Log::Write(LOG_ERR, "Getting system alerts failed: %s", e.what());
+    }
+    try {
+        if (!present) system.SetSystemAlert(NO_ADAPTER_ALERT);
+        _alertRaised = true;
+    } catch (const HostCtl::Lib::HostCtlException& e) {
+        Log::Write(LOG_ERR, "Setting system alert failed: %s", e.what());
+    }
 }
 
 void WelcomeWindow::Draw(bool active)

@@ -20,6 +20,7 @@ public:
 
 private:
     void Compose();
+    void RaiseNoAdapterAlert();
     void HandleKey(int key);
     // F2 and F12: the login, then the menu or the shutdown dialog.
     void OpenLogin(int key);

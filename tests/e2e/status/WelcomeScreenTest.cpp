@@ -96,8 +96,12 @@ TEST(StatusScreen, WarningsForNoAdapterFailedDhcpAndAuditMode)
         Console tolm("no-adapter");
         tolm.Start();
         ASSERT_TRUE(Started(tolm));
-        EXPECT_TRUE(tolm.HasText("No compatible network adapter found. Please consult the product's"));
-        EXPECT_TRUE(tolm.HasText("Compatibility Guide (HCG) for a list of supported adapters."));
+        // One line, cut at the margin.
+        const int row = RowOf(tolm, "No compatible network adapter found. Please consult the product's");
+        ASSERT_GE(row, 0);
+        EXPECT_EQ(tolm.Row(row).size(), 78u);
+        EXPECT_EQ(tolm.Row(row).substr(75), "...");
+        EXPECT_FALSE(tolm.HasText("for a list of supported adapters."));
         EXPECT_FALSE(tolm.HasText("Download tools"));
         // The host already carried the alert from an earlier run.
         tolm.Type("xy");
@@ -118,11 +122,21 @@ TEST(StatusScreen, WarningsForNoAdapterFailedDhcpAndAuditMode)
         EXPECT_EQ(tolm.State("/system/alerts"), nlohmann::json::array({NO_ADAPTER_ALERT}));
     }
     {
+        SCOPED_TRACE("alerts cannot be read");
+        Console tolm("typical");
+        tolm.Set("/network/pnics", "[]");
+        tolm.SetValue("/faults/GetSystemAlerts", "alert store locked");
+        tolm.Start();
+        ASSERT_TRUE(Started(tolm));
+        EXPECT_TRUE(tolm.WaitForLog("Getting system alerts failed: alert store locked"));
+        EXPECT_EQ(tolm.State("/system/alerts"), nlohmann::json::array({NO_ADAPTER_ALERT}));
+    }
+    {
         SCOPED_TRACE("DHCP lookup failed");
         Console tolm("dhcp-fail");
         tolm.Start();
         ASSERT_TRUE(Started(tolm));
-        EXPECT_TRUE(tolm.HasText("Warning: DHCP lookup failed. You may be unable to access this system"));
+        EXPECT_TRUE(tolm.HasText("Warning: DHCP lookup failed. You may be unable to access this syst"));
         EXPECT_FALSE(tolm.HasText("0.0.0.0"));
         EXPECT_FALSE(tolm.HasText("audit mode"));
         EXPECT_TRUE(tolm.State("/system/alerts").empty());
@@ -132,10 +146,37 @@ TEST(StatusScreen, WarningsForNoAdapterFailedDhcpAndAuditMode)
         Console tolm("audit");
         tolm.Start();
         ASSERT_TRUE(Started(tolm));
-        EXPECT_TRUE(tolm.HasText("Warning: Host is running in audit mode. Your configuration will not be"));
+        EXPECT_TRUE(tolm.HasText("Warning: Host is running in audit mode. Your configuration will not"));
         EXPECT_TRUE(tolm.HasText("http://192.168.10.21/ (STATIC)"));
         EXPECT_FALSE(tolm.HasText("DHCP lookup failed"));
     }
+}
+
+TEST(StatusScreen, WarningsStayWholeBelowManyAddresses)
+{
+    Console tolm("dhcp-fail");
+    tolm.SetValue("/system/bootOption", 1);
+    std::string addresses = "[";
+    for (int i = 1; i <= 6; ++i)
+        addresses += std::string(i > 1 ? "," : "") + R"({"address": "2001:db8::)" + std::to_string(i) +
+                     R"(", "prefixLength": 64, "type": "static", "scope": "global"})";
+    tolm.Set("/network/kernelNics/0/ipv6/addresses", addresses + "]");
+    tolm.Start();
+    ASSERT_TRUE(Started(tolm));
+    // Each warning is one line, cut at the right margin, above the footer.
+    const int dhcp = RowOf(tolm, "Warning: DHCP lookup failed.");
+    const int audit = RowOf(tolm, "Warning: Host is running in audit mode.");
+    ASSERT_GE(dhcp, 0);
+    EXPECT_EQ(audit, dhcp + 1);
+    EXPECT_LT(audit, tolm.Rows() - 1);
+    for (int row : {dhcp, audit}) {
+        EXPECT_EQ(tolm.Row(row).size(), 78u) << tolm.Row(row);
+        EXPECT_EQ(tolm.Row(row).substr(75), "...") << tolm.Row(row);
+    }
+    // The first addresses are shown, then a free line.
+    EXPECT_TRUE(tolm.HasText("http://[2001:db8::1]/ (STATIC)"));
+    EXPECT_EQ(tolm.Row(dhcp - 1), "");
+    EXPECT_NE(tolm.Row(dhcp - 2).find("http://"), std::string::npos);
 }
 
 TEST(StatusScreen, FailedHostQueriesLeaveTheirLinesOut)
