@@ -205,15 +205,74 @@ int Frame::WaitForInput(const timeval* limit)
         wtimeout(stdscr, -1);
         return key == ERR ? WAIT_NOTHING : key;
     }
-    if (pipeFd >= 0 && FD_ISSET(pipeFd, &readable)) {
-        unsigned char code = 0;
-        ssize_t got;
-        do {
-            got = read(pipeFd, &code, 1);
-        } while (got < 0 && errno == EINTR);
-        if (got == 1 && code >= SIG_REFRESH && code <= SIG_TERMINATE) return -2 - code;
-    }
+    if (pipeFd >= 0 && FD_ISSET(pipeFd, &readable)) return ReadSignalCode();
     return WAIT_NOTHING;
+}
+
+int Frame::ReadSignalCode()
+{
+    unsigned char code = 0;
+    ssize_t got;
+    do {
+        got = read(_signalPipe[0], &code, 1);
+    } while (got < 0 && errno == EINTR);
+    if (got == 1 && code >= SIG_REFRESH && code <= SIG_TERMINATE) return -2 - code;
+    return WAIT_NOTHING;
+}
+
+void Frame::AwaitWhileAway(int fd)
+{
+    // Whoever has the terminal reads the keys; the session's clock runs from
+    // the moment it was lent, as no key reaches the console meanwhile.
+    const bool idleActive = _idleTimeout != 0;
+    const timeval start = Clock().Now();
+    const timeval idleDeadline{start.tv_sec + std::max<long>(_idleTimeout, kDimAfter), start.tv_usec};
+    bool resized = false;
+    for (;;) {
+        const timeval now = Clock().Now();
+        if (idleActive && Passed(now, idleDeadline)) {
+            fgFrame = nullptr;
+            throw TolmTimeout();
+        }
+        const int pipeFd = _signalPipe[0];
+        fd_set readable;
+        FD_ZERO(&readable);
+        FD_SET(fd, &readable);
+        if (pipeFd >= 0) FD_SET(pipeFd, &readable);
+        timeval left = Until(idleDeadline, now);
+        const int n = select(std::max(fd, pipeFd) + 1, &readable, nullptr, nullptr, idleActive ? &left : nullptr);
+        if (n < 0) {
+            if (errno == EINTR) continue;
+            Log::Errno("select() failed");
+            return;
+        }
+        if (n == 0) continue;
+        if (FD_ISSET(fd, &readable)) break;
+        switch (ReadSignalCode()) {
+        case WAIT_REFRESH:
+            // Nothing is drawn while the terminal is lent; a removed card
+            // still ends the session.
+            CheckSmartCard();
+            break;
+        case WAIT_RESTART:
+            if (!_loggedIn) std::exit(0);
+            _markForRestart = true;
+            break;
+        case WAIT_RESIZE:
+            resized = true;
+            break;
+        case WAIT_TERMINATE:
+            std::exit(0);
+        default:
+            break;
+        }
+    }
+    // The screens are laid out once; a new size means a fresh start, once the
+    // terminal is back.
+    if (resized) {
+        Resize();
+        std::exit(0);
+    }
 }
 
 }  // namespace Tolm

@@ -67,6 +67,10 @@ public:
     // One wait on descriptor 0 and the self-pipe; `limit` null waits
     // without limit. A key wins over a pending signal byte.
     static int WaitForInput(const timeval* limit);
+    // While another program has the terminal: waits until `fd` is readable
+    // (the program's pidfd) without reading keys, serving the signals and
+    // the idle timeout as GetKey does (so the session can still end).
+    static void AwaitWhileAway(int fd);
 
     static void SetLoggedIn(bool loggedIn);
     static void SetLoginName(const std::string& name);
@@ -80,6 +84,9 @@ public:
     static void CheckSmartCard();
     static std::string LookupSmartCardUser();
     static bool IsSmartCardPresent(const std::string& userId);
+
+    // One byte from the self-pipe as a WaitCode.
+    static int ReadSignalCode();
 
     // Replace the clock GetKey uses (null restores the real one). Tests only.
     static void SetClock(FrameClock* clock);

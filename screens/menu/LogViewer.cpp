@@ -1,12 +1,19 @@
 #include "screens/menu/LogViewer.h"
 
+#include <pthread.h>
 #include <signal.h>
+#include <sys/select.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <vector>
+
+#include "frame/Frame.h"
 
 #include "frame/Keys.h"
 #include "host/HostPaths.h"
@@ -46,6 +53,121 @@ std::vector<std::string> PagerEnvironment()
     return env;
 }
 
+// The process group of the pager while it has the terminal; ended if the
+// console exits meanwhile (terminate signal, removed smart card).
+pid_t g_pagerGroup = 0;
+
+// tcsetpgrp from a background group raises SIGTTOU unless it is blocked.
+void GiveTerminal(pid_t group)
+{
+    sigset_t ttou, old;
+    sigemptyset(&ttou);
+    sigaddset(&ttou, SIGTTOU);
+    pthread_sigmask(SIG_BLOCK, &ttou, &old);
+    tcsetpgrp(0, group);
+    pthread_sigmask(SIG_SETMASK, &old, nullptr);
+}
+
+// Ends the pager's whole group: politely first, so it can put the terminal
+// back, then for sure.
+void EndPagerGroup(pid_t group, int pidfd)
+{
+    kill(-group, SIGTERM);
+    kill(-group, SIGCONT);
+    if (pidfd >= 0) {
+        fd_set readable;
+        FD_ZERO(&readable);
+        FD_SET(pidfd, &readable);
+        timeval grace{1, 0};
+        if (select(pidfd + 1, &readable, nullptr, nullptr, &grace) <= 0) kill(-group, SIGKILL);
+    } else {
+        kill(-group, SIGKILL);
+    }
+}
+
+void EndPagerAtExit()
+{
+    if (g_pagerGroup <= 0) return;
+    kill(-g_pagerGroup, SIGKILL);
+    GiveTerminal(getpgrp());
+}
+
+// The pager as a child in its own process group, in the terminal's
+// foreground: Ctrl-C and Ctrl-\ typed into it reach it alone. The group is
+// ended and the terminal taken back however the wait ends.
+class Pager {
+public:
+    Pager(const std::string& pager, const char* const* argv, char* const* envp)
+    {
+        static const bool atExit = std::atexit(EndPagerAtExit) == 0;
+        (void)atExit;
+        _pid = fork();
+        if (_pid < 0) {
+            Log::Errno("fork() failed");
+            return;
+        }
+        if (_pid == 0) {
+            setpgid(0, 0);
+            GiveTerminal(getpid());
+            // The console keeps its signals blocked for the signal thread;
+            // the pager needs its own (Ctrl-C, window size).
+            sigset_t none;
+            sigemptyset(&none);
+            sigprocmask(SIG_SETMASK, &none, nullptr);
+            execve(pager.c_str(), const_cast<char* const*>(argv), envp);
+            _exit(127);
+        }
+        // Both sides set the group, so neither order of running matters.
+        setpgid(_pid, _pid);
+        GiveTerminal(_pid);
+        g_pagerGroup = _pid;
+        _pidfd = static_cast<int>(syscall(SYS_pidfd_open, _pid, 0));
+    }
+
+    ~Pager()
+    {
+        if (_pid <= 0) return;
+        if (!_reaped) {
+            EndPagerGroup(_pid, _pidfd);
+            Reap();
+        }
+        g_pagerGroup = 0;
+        GiveTerminal(getpgrp());
+        if (_pidfd >= 0) close(_pidfd);
+    }
+
+    Pager(const Pager&) = delete;
+    Pager& operator=(const Pager&) = delete;
+
+    // Waits for the pager's end; its exit status, or -1.
+    int Wait()
+    {
+        if (_pid < 0) return -1;
+        // Without a pidfd (an old kernel) the wait cannot watch the session.
+        if (_pidfd >= 0) Frame::AwaitWhileAway(_pidfd);
+        return Reap();
+    }
+
+private:
+    int Reap()
+    {
+        int status = 0;
+        while (waitpid(_pid, &status, 0) < 0) {
+            if (errno != EINTR) {
+                Log::Errno("waitpid() failed");
+                _reaped = true;
+                return -1;
+            }
+        }
+        _reaped = true;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    }
+
+    pid_t _pid = -1;
+    int _pidfd = -1;
+    bool _reaped = false;
+};
+
 // Runs the pager on `file` and waits; its exit status, or -1.
 int RunPager(const std::string& pager, const std::string& file)
 {
@@ -57,28 +179,8 @@ int RunPager(const std::string& pager, const std::string& file)
     const char* argv[] = {"less", PAGER_OPTIONS, file.c_str(), nullptr};
 
     TerminalLoan loan;
-    const pid_t pid = fork();
-    if (pid < 0) {
-        Log::Errno("fork() failed");
-        return -1;
-    }
-    if (pid == 0) {
-        // The console keeps its signals blocked for the signal thread; the
-        // pager needs its own (Ctrl-C, window size).
-        sigset_t none;
-        sigemptyset(&none);
-        sigprocmask(SIG_SETMASK, &none, nullptr);
-        execve(pager.c_str(), const_cast<char* const*>(argv), envp.data());
-        _exit(127);
-    }
-    int status = 0;
-    while (waitpid(pid, &status, 0) < 0) {
-        if (errno != EINTR) {
-            Log::Errno("waitpid() failed");
-            return -1;
-        }
-    }
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    Pager child(pager, argv, envp.data());
+    return child.Wait();
 }
 
 }  // namespace
