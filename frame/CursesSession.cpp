@@ -41,6 +41,7 @@ bool StartCurses(const char* term)
 
     InitColors();
     DefineKeys();
+    StopFlowControl();
     refresh();
     return true;
 }

@@ -1,5 +1,7 @@
 #include "frame/Terminal.h"
 
+#include <termios.h>
+
 #include <climits>
 
 namespace Tolm {
@@ -108,6 +110,16 @@ void DefineKeys()
     for (int i = 0; i < kKeySequenceCount; ++i) {
         define_key(kKeySequences[i].sequence, kKeySequences[i].key);
     }
+}
+
+void StopFlowControl()
+{
+    termios modes{};
+    if (tcgetattr(0, &modes) != 0) return;
+    modes.c_iflag &= ~static_cast<tcflag_t>(IXON | IXOFF);
+    if (tcsetattr(0, TCSANOW, &modes) != 0) return;
+    // Curses restores this mode after a pager, not the one it saved before.
+    def_prog_mode();
 }
 
 void SetBackground(WINDOW* win, Attr attr)

@@ -36,6 +36,11 @@ void InitColors();
 // terminals (and every serial line) send. Once, after InitColors().
 void DefineKeys();
 
+// Ctrl-S and Ctrl-Q become plain keys: with flow control on, a Ctrl-S stops
+// the terminal's output and the console blocks in its next write until
+// Ctrl-Q. Once, after curses has set its modes.
+void StopFlowControl();
+
 // The sequences DefineKeys installs, in installation order; exposed for tests.
 struct KeySequence {
     const char* sequence;
