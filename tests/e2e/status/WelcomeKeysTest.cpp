@@ -149,5 +149,20 @@ TEST(StatusKeys, OnlyXtermAndLinuxCountAsTheLocalConsole)
     }
 }
 
+TEST(StatusKeys, CtrlSDoesNotStopTheScreen)
+{
+    Console tolm("typical");
+    tolm.Start();
+    ASSERT_TRUE(Started(tolm));
+    // With flow control on, the next screen update would block the console
+    // until Ctrl-Q.
+    tolm.SendBytes("\x13");
+    const size_t before = tolm.RawOutput().size();
+    tolm.Type("x");  // repaints the whole screen
+    EXPECT_TRUE(tolm.WaitUntil([&] { return tolm.RawOutput().size() > before + 500; }, "screen repainted"));
+    tolm.Signal(SIGTERM);
+    EXPECT_EQ(tolm.WaitForExit(), ExitStatus::Exited(0));
+}
+
 }  // namespace
 }  // namespace Tolm::E2E
