@@ -22,7 +22,12 @@ std::string FormatMemorySize(std::uint64_t bytes)
     const auto tenths =
         static_cast<std::uint64_t>((static_cast<unsigned __int128>(bytes) * 10 + divisor / 2) / divisor);
     std::string text = std::to_string(tenths / 10);
-    if (tenths % 10 != 0) text += "." + std::to_string(tenths % 10);
+    if (tenths % 10 != 0) {
+        // Appended in two steps: GCC 12 at -O3 sees a false overlap in
+        // "." + std::string and fails the build under -Werror.
+        text += '.';
+        text += std::to_string(tenths % 10);
+    }
     return text + " " + unit->letter + "iB";
 }
 
