@@ -109,6 +109,14 @@ public:
         if (_pid == 0) {
             setpgid(0, 0);
             GiveTerminal(getpid());
+            // The pager would stop itself on Ctrl-Z, and a stopped pager
+            // never ends: the key is a plain character while it runs (the
+            // console's own modes come back with the terminal).
+            termios modes{};
+            if (tcgetattr(0, &modes) == 0) {
+                modes.c_cc[VSUSP] = _POSIX_VDISABLE;
+                tcsetattr(0, TCSANOW, &modes);
+            }
             // The console keeps its signals blocked for the signal thread;
             // the pager needs its own (Ctrl-C, window size).
             sigset_t none;
