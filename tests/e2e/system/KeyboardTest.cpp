@@ -92,7 +92,7 @@ TEST(Keyboard, OnlyTheMarkedLayoutIsApplied)
     EXPECT_EQ(tolm.State("/system/keyboard/loadedMappings"), "US Default");
     ASSERT_TRUE(tolm.WaitForQuiet());
     tolm.Press(Key::Enter);  // dismiss the message
-    ASSERT_TRUE(tolm.WaitForTextGone("Changing the keyboard layout"));
+    ASSERT_TRUE(tolm.WaitForTextGone("Changing the keyboard layout") && tolm.WaitForQuiet());
     tolm.SendEsc();
     tolm.HostSim({"set", "/faults", "{}"});
 
