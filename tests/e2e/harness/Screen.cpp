@@ -252,11 +252,11 @@ Cell Screen::CellAt(int col, int row) const
     VTermScreenCell cell{};
     if (row < 0 || row >= rows_ || col < 0 || col >= cols_ ||
         !vterm_screen_get_cell(screen_, VTermPos{row, col}, &cell)) {
-        out.text = " ";
+        out.text.assign(1, ' ');  // not = " ": GCC 12 at -O3 reports a false overlap
         return out;
     }
     if (cell.chars[0] == 0 || cell.chars[0] == static_cast<uint32_t>(-1))
-        out.text = " ";
+        out.text.assign(1, ' ');
     for (int i = 0; i < VTERM_MAX_CHARS_PER_CELL && cell.chars[i] && cell.chars[i] != uint32_t(-1); ++i)
         AppendUtf8(out.text, cell.chars[i]);
 
