@@ -14,7 +14,6 @@
 #include <vector>
 
 #include "frame/Frame.h"
-
 #include "frame/Keys.h"
 #include "host/HostPaths.h"
 #include "host/Log.h"
