@@ -85,9 +85,6 @@ public:
     static std::string LookupSmartCardUser();
     static bool IsSmartCardPresent(const std::string& userId);
 
-    // One byte from the self-pipe as a WaitCode.
-    static int ReadSignalCode();
-
     // Replace the clock GetKey uses (null restores the real one). Tests only.
     static void SetClock(FrameClock* clock);
 
@@ -106,6 +103,10 @@ public:
 protected:
     Frame* _parentFrame;
     StringFactory* _factory;
+
+private:
+    // One byte from the self-pipe as a WaitCode.
+    static int ReadSignalCode();
 };
 
 }  // namespace Tolm
