@@ -1,6 +1,7 @@
 #include "exec/RunCommand.h"
 
 #include "exec/PipePair.h"
+#include "exec/ToolRun.h"
 #include "host/HostPaths.h"
 #include "host/Log.h"
 
@@ -17,85 +18,6 @@
 namespace Tolm {
 namespace {
 
-constexpr long long kSleepMicros = 20000;
-
-// A child that exits before reading all its input would raise SIGPIPE in the
-// console and end it. Block the signal on this thread while feeding, and
-// swallow one that became pending because of our write, so the failed write
-// shows up only as EPIPE.
-class SigpipeGuard {
-public:
-    SigpipeGuard()
-    {
-        sigemptyset(&_pipeSet);
-        sigaddset(&_pipeSet, SIGPIPE);
-        sigset_t pending;
-        sigemptyset(&pending);
-        sigpending(&pending);
-        _wasPending = sigismember(&pending, SIGPIPE) == 1;
-        _active = pthread_sigmask(SIG_BLOCK, &_pipeSet, &_oldMask) == 0;
-    }
-    SigpipeGuard(const SigpipeGuard&) = delete;
-    SigpipeGuard& operator=(const SigpipeGuard&) = delete;
-    ~SigpipeGuard()
-    {
-        if (!_active)
-            return;
-        int saved = errno;
-        if (!_wasPending) {
-            struct timespec zero {};
-            while (sigtimedwait(&_pipeSet, nullptr, &zero) == -1 && errno == EINTR) {
-            }
-        }
-        pthread_sigmask(SIG_SETMASK, &_oldMask, nullptr);
-        errno = saved;
-    }
-
-private:
-    sigset_t _pipeSet;
-    sigset_t _oldMask;
-    bool _wasPending = false;
-    bool _active = false;
-};
-
-void FeedInput(int fd, const char* input, unsigned int inputLength)
-{
-    SigpipeGuard guard;
-    unsigned int done = 0;
-    while (done < inputLength) {
-        ssize_t n = ::write(fd, input + done, inputLength - done);
-        if (n > 0) {
-            done += static_cast<unsigned int>(n);
-        } else if (n < 0 && (errno == EINTR || errno == EAGAIN)) {
-            continue;
-        } else {
-            return;
-        }
-    }
-}
-
-// Reads until the capacity is filled or end of file; whatever is beyond the
-// capacity stays in the pipe and is lost with it.
-void Collect(int fd, char* buffer, unsigned int* length)
-{
-    unsigned int capacity = *length;
-    unsigned int stored = 0;
-    while (stored < capacity) {
-        ssize_t n = ::read(fd, buffer + stored, capacity - stored);
-        if (n > 0) {
-            stored += static_cast<unsigned int>(n);
-        } else if (n == 0) {
-            break;
-        } else if (errno == EINTR || errno == EAGAIN) {
-            continue;
-        } else {
-            *length = static_cast<unsigned int>(-1);
-            return;
-        }
-    }
-    *length = stored;
-}
-
 // The console blocks or redirects signals for its own signal thread; a tool
 // must start with the default dispositions and nothing blocked.
 class SpawnAttributes {
@@ -109,9 +31,13 @@ public:
         sigset_t all;
         sigemptyset(&none);
         sigfillset(&all);
+        // A process group of its own: the time limit kills everything the
+        // tool started, and keys typed on the terminal signal only us.
         if (posix_spawnattr_setsigmask(&_attr, &none) != 0 ||
             posix_spawnattr_setsigdefault(&_attr, &all) != 0 ||
-            posix_spawnattr_setflags(&_attr, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF) != 0)
+            posix_spawnattr_setpgroup(&_attr, 0) != 0 ||
+            posix_spawnattr_setflags(&_attr, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF |
+                                                 POSIX_SPAWN_SETPGROUP) != 0)
             _valid = false;
     }
     SpawnAttributes(const SpawnAttributes&) = delete;
@@ -187,36 +113,6 @@ pid_t StartChild(const std::string& path, const char* const* argv, PipePair& in,
     return pid;
 }
 
-// A signal (SIGCHLD while a network test runs) must not shorten the limit.
-void SleepMicros(long long micros)
-{
-    struct timespec left {};
-    left.tv_sec = static_cast<time_t>(micros / 1000000);
-    left.tv_nsec = static_cast<long>((micros % 1000000) * 1000);
-    while (::nanosleep(&left, &left) == -1 && errno == EINTR) {
-    }
-}
-
-// Waits for the child. `status` is filled in only when waitpid reports it; a
-// failed waitpid or an expired limit leave it alone.
-void WaitForChild(pid_t pid, int timeoutSeconds, int& status)
-{
-    if (timeoutSeconds <= 0) {
-        while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) {
-        }
-        return;
-    }
-    long long budget = static_cast<long long>(timeoutSeconds) * 1000000;
-    do {
-        if (::waitpid(pid, &status, WNOHANG) != 0)
-            return;
-        SleepMicros(kSleepMicros);
-        budget -= kSleepMicros;
-    } while (budget > 0);
-    Log::Write(LOG_WARNING, "Killing process because %d seconds timeout expired", timeoutSeconds);
-    ::kill(pid, SIGKILL);
-}
-
 // The program is a host path; so is the script the shell is handed as its
 // first argument ("/bin/sh /etc/init.d/SSH status"). Both are resolved here,
 // once, for every caller; `script` keeps the resolved script alive.
@@ -256,19 +152,15 @@ int RunCommand(const char* path, const char* const* argv, char* out, unsigned in
     inPipe.CloseRead();
     outPipe.CloseWrite();
     errPipe.CloseWrite();
+    if (input == nullptr)
+        inPipe.CloseWrite();
 
-    if (input != nullptr)
-        FeedInput(inPipe.writeEnd, input, inputLength);
-    inPipe.CloseWrite();
-
-    // Stays -1 (not a normal exit) unless waitpid fills it in.
-    int status = -1;
-    WaitForChild(pid, timeoutSeconds, status);
-
-    if (out != nullptr && outLength != nullptr)
-        Collect(outPipe.readEnd, out, outLength);
-    if (err != nullptr && errLength != nullptr)
-        Collect(errPipe.readEnd, err, errLength);
+    // Stays -1 (not a normal exit) unless the child is reaped.
+    ToolRun run(pid, timeoutSeconds);
+    run.Feed(inPipe, input, inputLength);
+    run.Collect(outPipe.readEnd, out, outLength);
+    run.Collect(errPipe.readEnd, err, errLength);
+    const int status = run.Wait();
 
     if (WIFEXITED(status))
         return WEXITSTATUS(status);
