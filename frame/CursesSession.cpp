@@ -38,10 +38,10 @@ bool StartCurses(const char* term)
     cbreak();
     noecho();
     keypad(stdscr, TRUE);
+    ConfigureInput();
 
     InitColors();
     DefineKeys();
-    StopFlowControl();
     refresh();
     return true;
 }

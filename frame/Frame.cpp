@@ -1,5 +1,6 @@
 #include "frame/Frame.h"
 
+#include <sys/ioctl.h>
 #include <sys/select.h>
 #include <unistd.h>
 
@@ -130,6 +131,8 @@ int Frame::GetKey(Window* window, bool idleTimeout)
             fgFrame = nullptr;
             throw TolmTimeout();
         }
+        // Everything drawn since the last key goes out in one update.
+        Window::Flush();
         int result;
         if (!dimmed && !Passed(now, dimDeadline)) {
             timeval left = Until(dimDeadline, now);
@@ -138,6 +141,7 @@ int Frame::GetKey(Window* window, bool idleTimeout)
             if (!dimmed && window) {
                 window->Draw(false);
                 window->Push();
+                Window::Flush();
             }
             if (idleActive) {
                 timeval left = Until(idleDeadline, now);
@@ -180,6 +184,23 @@ int Frame::GetKey(Window* window, bool idleTimeout)
     }
 }
 
+namespace {
+
+// Descriptor 0 reported readable: true when that means end of input or a
+// terminal that went away rather than a key. `unknown` is set when the
+// descriptor cannot tell (then a read that yields no key decides).
+bool InputGone(bool& unknown)
+{
+    int pending = 0;
+    unknown = false;
+    if (ioctl(0, FIONREAD, &pending) == 0) return pending == 0;
+    if (errno == EIO) return true;
+    unknown = true;
+    return false;
+}
+
+}  // namespace
+
 int Frame::WaitForInput(const timeval* limit)
 {
     const int pipeFd = _signalPipe[0];
@@ -187,25 +208,44 @@ int Frame::WaitForInput(const timeval* limit)
     FD_ZERO(&readable);
     FD_SET(0, &readable);
     if (pipeFd >= 0) FD_SET(pipeFd, &readable);
+    // A signal that came while a host tool ran is already waiting: only look
+    // whether a key is there too.
+    const bool queued = !_pendingSignals.empty();
     timeval left{};
-    if (limit) left = *limit;
-    int n = select(std::max(0, pipeFd) + 1, &readable, nullptr, nullptr, limit ? &left : nullptr);
+    if (limit && !queued) left = *limit;
+    int n = select(std::max(0, pipeFd) + 1, &readable, nullptr, nullptr, limit || queued ? &left : nullptr);
     if (n < 0) {
         Log::Errno("select() failed");
         return WAIT_NOTHING;
     }
-    if (n == 0) return WAIT_TIMEOUT;
+    if (n == 0 && !queued) return WAIT_TIMEOUT;
 
     // Keys first: a signal byte waits for the next call.
-    if (FD_ISSET(0, &readable)) {
-        if (!stdscr) return WAIT_NOTHING;
-        // Only what has already arrived: a partial escape sequence is no key.
-        wtimeout(stdscr, 0);
-        int key = wgetch(stdscr);
-        wtimeout(stdscr, -1);
-        return key == ERR ? WAIT_NOTHING : key;
+    if (n > 0 && FD_ISSET(0, &readable)) {
+        bool unknown = false;
+        if (InputGone(unknown)) {
+            Log::Write(LOG_INFO, "Terminal input closed, ending");
+            return WAIT_TERMINATE;
+        }
+        if (stdscr) {
+            // Only what has already arrived: a partial escape sequence is no key.
+            wtimeout(stdscr, 0);
+            int key = wgetch(stdscr);
+            wtimeout(stdscr, -1);
+            if (key != ERR) return key;
+        }
+        if (unknown) {
+            Log::Write(LOG_INFO, "Terminal input closed, ending");
+            return WAIT_TERMINATE;
+        }
     }
-    if (pipeFd >= 0 && FD_ISSET(pipeFd, &readable)) return ReadSignalCode();
+    if (queued) {
+        // Signals that arrived while a host tool ran, in their order.
+        const auto code = static_cast<unsigned char>(_pendingSignals.front());
+        _pendingSignals.erase(0, 1);
+        return code >= SIG_REFRESH && code <= SIG_TERMINATE ? -2 - code : WAIT_NOTHING;
+    }
+    if (n > 0 && pipeFd >= 0 && FD_ISSET(pipeFd, &readable)) return ReadSignalCode();
     return WAIT_NOTHING;
 }
 

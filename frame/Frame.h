@@ -80,6 +80,9 @@ public:
     // Exits with status 1 when the pipe or the thread cannot be created.
     static void InitSignals();
     static void* SignalHandler(void* unused);
+    // The signal pipe became readable while a host tool runs: terminate
+    // ends the console (and the tool) at once, the rest waits for GetKey.
+    static void ServeSignalDuringTool();
     static void Resize();
     static void CheckSmartCard();
     static std::string LookupSmartCardUser();
@@ -99,6 +102,8 @@ public:
     static bool _loggedIn;
     static bool _markForRestart;
     static unsigned _idleTimeout;
+    // Signal bytes read while a host tool ran, served by the next wait.
+    static std::string _pendingSignals;
 
 protected:
     Frame* _parentFrame;

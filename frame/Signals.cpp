@@ -4,7 +4,9 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <initializer_list>
 
+#include "exec/ToolRun.h"
 #include "frame/Frame.h"
 #include "host/Log.h"
 
@@ -12,6 +14,7 @@ namespace Tolm {
 
 sigset_t Frame::_signalSet;
 int Frame::_signalPipe[2] = {-1, -1};
+std::string Frame::_pendingSignals;
 
 void Frame::InitSignals()
 {
@@ -30,12 +33,31 @@ void Frame::InitSignals()
         Log::Errno("pthread_sigmask() failed");
     }
 
+    // Waiting for a host tool: the screen shows what it should meanwhile, and
+    // the signal pipe is still heard.
+    SetToolWaitHooks({&Window::Flush, _signalPipe[0], &Frame::ServeSignalDuringTool});
+
     pthread_t thread;
     if (int rc = pthread_create(&thread, nullptr, &Frame::SignalHandler, nullptr); rc != 0) {
         errno = rc;
         Log::Errno("pthread_create() failed");
         std::exit(1);
     }
+}
+
+void Frame::ServeSignalDuringTool()
+{
+    unsigned char code = 0;
+    ssize_t got;
+    do {
+        got = read(_signalPipe[0], &code, 1);
+    } while (got < 0 && errno == EINTR);
+    if (got != 1) return;
+    if (code == SIG_TERMINATE) {
+        KillRunningTool();
+        std::exit(0);
+    }
+    _pendingSignals.push_back(static_cast<char>(code));
 }
 
 void* Frame::SignalHandler(void*)

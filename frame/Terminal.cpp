@@ -1,8 +1,11 @@
 #include "frame/Terminal.h"
 
 #include <termios.h>
+#include <unistd.h>
 
 #include <climits>
+#include <cstdlib>
+#include <initializer_list>
 
 namespace Tolm {
 
@@ -112,13 +115,26 @@ void DefineKeys()
     }
 }
 
-void StopFlowControl()
+namespace {
+
+// A lone Esc on the local console acts at once: its sequences arrive in one
+// burst. Over a serial line an operator types ESC and then a digit by hand.
+constexpr int kLocalEscDelayMs = 50;
+constexpr int kSerialEscDelayMs = 1000;
+
+}  // namespace
+
+void ConfigureInput()
 {
-    termios modes{};
-    if (tcgetattr(0, &modes) != 0) return;
-    modes.c_iflag &= ~static_cast<tcflag_t>(IXON | IXOFF);
-    if (tcsetattr(0, TCSANOW, &modes) != 0) return;
-    // Curses restores this mode after a pager, not the one it saved before.
+    if (!std::getenv("ESCDELAY")) set_escdelay(runningOverSerial ? kSerialEscDelayMs : kLocalEscDelayMs);
+    for (int fd : {0, 1}) {
+        struct termios modes;
+        if (!isatty(fd) || tcgetattr(fd, &modes) != 0) continue;
+        modes.c_iflag &= ~static_cast<tcflag_t>(IXON | IXOFF | IXANY);
+        tcsetattr(fd, TCSANOW, &modes);
+        // Output someone stopped before we started flows again.
+        tcflow(fd, TCOON);
+    }
     def_prog_mode();
 }
 

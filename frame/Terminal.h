@@ -36,10 +36,11 @@ void InitColors();
 // terminals (and every serial line) send. Once, after InitColors().
 void DefineKeys();
 
-// Ctrl-S and Ctrl-Q become plain keys: with flow control on, a Ctrl-S stops
-// the terminal's output and the console blocks in its next write until
-// Ctrl-Q. Once, after curses has set its modes.
-void StopFlowControl();
+// Input for a console operator: Ctrl-S and Ctrl-Q are plain keys (no flow
+// control can stop the output), and the wait after a lone Esc suits the
+// terminal kind unless the ESCDELAY variable says otherwise. After the curses
+// modes are set; they become the program mode curses returns to.
+void ConfigureInput();
 
 // The sequences DefineKeys installs, in installation order; exposed for tests.
 struct KeySequence {

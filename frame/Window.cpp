@@ -12,16 +12,33 @@ int Window::_yCursor = 0;
 
 namespace {
 
-// Sends whatever has been staged, keeping the terminal cursor where the
-// program last put it (each window refresh would otherwise move it).
-void Update()
+// What the terminal cursor shows now: -1 unknown, 0 hidden, 1 visible.
+int g_cursorShown = -1;
+
+void ApplyCursor(bool visible)
 {
-    if (!newscr) return;
-    if (Window::_cursor) setsyx(Window::_yCursor, Window::_xCursor);
-    doupdate();
+    const int want = visible ? 1 : 0;
+    if (g_cursorShown == want) return;
+    g_cursorShown = want;
+    curs_set(want);
 }
 
 }  // namespace
+
+void Window::Flush()
+{
+    if (!newscr) return;
+    // Hidden before the update and shown after it, so the cursor is never
+    // seen travelling over the cells being drawn.
+    if (!_cursor) ApplyCursor(false);
+    // A hidden cursor may stay wherever the update leaves it.
+    if (_cursor)
+        setsyx(_yCursor, _xCursor);
+    else
+        setsyx(-1, -1);
+    doupdate();
+    if (_cursor) ApplyCursor(true);
+}
 
 Window::Window(int x, int y, int width, int height, int background, int foreground)
     : _x(x), _y(y), _width(width), _height(height), _background(background), _foreground(foreground)
@@ -30,6 +47,9 @@ Window::Window(int x, int y, int width, int height, int background, int foregrou
     // window, or one the terminal is too small for, stays without storage.
     if (stdscr && width > 0 && height > 0 && x >= 0 && y >= 0 && x + width <= COLS && y + height <= LINES)
         _win = newwin(height, width, y, x);
+    // Curses would clear the terminal at the first refresh of a full-screen
+    // window; what it shows is known, so only the differences are sent.
+    if (_win) clearok(_win, FALSE);
     SetBackground(_win, ColorAttr(_background, _foreground));
 }
 
@@ -45,7 +65,16 @@ Window::Window(Window* parent, int x, int y, int width, int height, int backgrou
     if (parent->_win && width > 0 && height > 0 && x >= 0 && y >= 0)
         _win = derwin(parent->_win, height, width, y, x);
     parent->_children.push_back(this);
-    SetBackground(_win, ColorAttr(_background, _foreground));
+    SetBackground(_win, BlankAttr());
+}
+
+Attr Window::BlankAttr() const
+{
+    // On the same background a blank cell looks the same whatever its
+    // foreground; taking the surrounding window's keeps a text area or a
+    // moved highlight from recolouring empty cells on the wire.
+    if (_parent && _background == _parent->_background) return _parent->BlankAttr();
+    return ColorAttr(_background, _foreground);
 }
 
 namespace {
@@ -107,7 +136,7 @@ void Window::Draw(bool active)
     const bool topLevel = _parent == nullptr;
     Attr attr;
     if (active) {
-        attr = ColorAttr(_background, _foreground);
+        attr = BlankAttr();
     } else {
         attr = ColorAttr(Color::Black, Color::DarkGrey);
         // Park the cursor of a focused field while something covers us.
@@ -131,7 +160,6 @@ void Window::Draw(bool active)
         _xCursor = _savedX;
         _yCursor = _savedY;
         ShowCursor(_savedCursor);
-        if (_savedCursor) Update();
     }
     if (stdscr) flushinp();
 }
@@ -139,9 +167,10 @@ void Window::Draw(bool active)
 void Window::Push()
 {
     if (!_win) return;
+    // The whole window goes into the next update; the update itself sends
+    // only the cells that differ from the terminal.
     touchwin(_win);
     wnoutrefresh(_win);
-    Update();
 }
 
 void Window::WriteString(int x, int y, std::string_view text)
@@ -178,7 +207,7 @@ void Window::SetColors(int background, int foreground)
 {
     _background = background == -1 && _parent ? _parent->_background : background;
     _foreground = foreground == -1 && _parent ? _parent->_foreground : foreground;
-    if (_active) SetBackground(_win, ColorAttr(_background, _foreground));
+    if (_active) SetBackground(_win, BlankAttr());
 }
 
 void Window::MoveCursor(int x, int y)
@@ -186,15 +215,12 @@ void Window::MoveCursor(int x, int y)
     _xCursor = _x + x;
     _yCursor = _y + y;
     if (_win) wmove(_win, y, x);
-    if (!newscr) return;
-    setsyx(_yCursor, _xCursor);
-    doupdate();
 }
 
 void Window::ShowCursor(bool visible)
 {
+    // Takes effect at the next Flush.
     _cursor = visible;
-    if (stdscr) curs_set(visible ? 1 : 0);
 }
 
 }  // namespace Tolm

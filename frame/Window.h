@@ -47,8 +47,12 @@ public:
     // pushed and type-ahead is discarded.
     virtual void Draw(bool active);
 
-    // Mark every line changed and refresh, so the whole window is re-sent.
+    // Stage the whole window for the next update (nothing is sent yet).
     void Push();
+    // The one screen update: sends what differs between the staged windows
+    // and the terminal, and places or hides the cursor. The frame calls it
+    // before it waits for a key and before the host keeps us waiting.
+    static void Flush();
     // Write at (x, y) relative to the window; outside the window nothing.
     void WriteString(int x, int y, std::string_view text);
     void WriteString(int x, int y, std::string_view text, const Attr& attr);
@@ -60,7 +64,8 @@ public:
     // Store the colours (-1 = parent's); applied at once when active.
     void SetColors(int background, int foreground);
 
-    // The one terminal cursor, shared by all windows.
+    // The one terminal cursor, shared by all windows; both take effect at
+    // the next Flush.
     void MoveCursor(int x, int y);  // relative to this window
     static void ShowCursor(bool visible);
 
@@ -82,6 +87,8 @@ public:
 
 protected:
     void Adopt(std::unique_ptr<Window> child);
+    // The attribute of the window's empty cells.
+    Attr BlankAttr() const;
 
 private:
     void Detach(Window* child);

@@ -18,10 +18,9 @@ TerminalLoan::~TerminalLoan()
 {
     if (!stdscr) return;
     reset_prog_mode();
-    // The other program painted over everything: forget what curses
-    // believes is on the screen.
+    // The other program painted over everything: the next update repaints
+    // the whole screen, once, with whatever the caller draws now.
     clearok(curscr, TRUE);
-    refresh();
 }
 
 }  // namespace Tolm

@@ -115,12 +115,15 @@ void ItemList::DrawScrollBar()
 
 void ItemList::Redraw()
 {
-    Erase();
+    // Each row is blanked in its own colours; nothing reaches the terminal
+    // but the cells that end up different.
+    _bar->Erase();
     const int count = static_cast<int>(_items.size());
     for (int row = 0; row < Rows(); ++row) {
         const int index = _first + row;
         if (index >= count) {
             _rows[row]->SetColors(Background(), Foreground());
+            _rows[row]->Erase();
             _texts[row]->SetColors(Background(), Foreground());
             _texts[row]->SetText("");
             continue;
@@ -130,9 +133,11 @@ void ItemList::Redraw()
         item->SetFocus(highlighted);
         if (highlighted) {
             _rows[row]->SetColors(Color::Black, Color::White);
+            _rows[row]->Erase();
             _texts[row]->SetColors(Color::Black, Color::White);
         } else {
             _rows[row]->SetColors(item->background, item->foreground);
+            _rows[row]->Erase();
             _texts[row]->SetColors(item->background, item->foreground);
             item->Render(*_texts[row]);
         }
@@ -146,7 +151,6 @@ void ItemList::Redraw()
         _showedCursor = input;
         item->Render(*_texts[_highlighted]);
     }
-    if (stdscr) doupdate();
 }
 
 void ItemList::Draw(bool active)
