@@ -4,7 +4,7 @@ BUILD_TYPE ?= RelWithDebInfo
 SANITIZE ?= OFF
 JOBS ?= $(shell nproc)
 
-.PHONY: deps configure build test run clean sanitize install
+.PHONY: deps configure build test run clean sanitize install bench
 
 deps:
 	@scripts/install-deps.sh
@@ -21,6 +21,10 @@ test: build
 # The same tests under AddressSanitizer and UndefinedBehaviorSanitizer.
 sanitize:
 	@$(MAKE) test BUILD=build-asan BUILD_TYPE=Debug SANITIZE=ON
+
+# What each key costs on the wire, start-up time and memory (see README).
+bench: build
+	@$(BUILD)/bin/tolm-bench
 
 run: build
 	@scripts/run-demo.sh $(BUILD)

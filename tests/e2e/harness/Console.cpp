@@ -538,4 +538,10 @@ std::string Console::RawOutput() const
     return raw_;
 }
 
+Clock::time_point Console::LastOutputTime() const
+{
+    std::lock_guard lock(mu_);
+    return lastOutput_;
+}
+
 }  // namespace Tolm::E2E

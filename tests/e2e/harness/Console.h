@@ -159,6 +159,8 @@ public:
     int PaletteResets() const;
     // Everything the program wrote, unfiltered.
     std::string RawOutput() const;
+    // When the program last wrote anything (for measuring, not for waiting).
+    Clock::time_point LastOutputTime() const;
 
     // ---- Waits (non-fatal failure and false on timeout) --------------------
     bool WaitForText(std::string_view text, Duration timeout = DefaultTimeout(),
