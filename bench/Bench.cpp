@@ -203,6 +203,23 @@ Figures Session(const std::string& term)
     return {"whole session", c.RawOutput().size(), 0, Ms(Clock::now() - started).count()};
 }
 
+// How soon a lone Esc acts: it closes the login dialog. TERM decides the
+// terminal kind (xterm and linux are the local console).
+double EscLatency(const std::string& term)
+{
+    Console c(Options(term));
+    c.Start();
+    Started(c);
+    c.Press(Key::F2);
+    c.WaitForText("Login Name:");
+    c.WaitForQuiet(300ms);
+    const size_t bytes = c.RawOutput().size();
+    const auto start = Clock::now();
+    c.SendBytes("\x1b");
+    c.WaitUntil([&] { return c.RawOutput().size() > bytes; }, "Esc answered");
+    return Ms(Clock::now() - start).count();
+}
+
 struct Start {
     double ms = 0;
     long peakKb = 0;
@@ -244,6 +261,10 @@ int main()
         rows.push_back(Session(term));
         Print(term, rows);
     }
+    std::cout << "\nlone Esc, login dialog closed after (ms):";
+    for (const std::string term : {"xterm", "linux", "xterm-256color", "vt100"})
+        std::cout << "  " << term << " " << std::fixed << std::setprecision(1) << EscLatency(term);
+    std::cout << "\n";
     const Start tolm = StartTolm();
     const Start bare = StartBare();
     std::cout << "\nstart-up to first screen (xterm-256color)\n"

@@ -22,8 +22,6 @@ thread_local ToolRun* t_running = nullptr;
 // How long a tool killed at its limit may take to die before it is left
 // unreaped; a dead process goes in microseconds.
 constexpr int kReapGraceMs = 100;
-// A tool still running after this long gets the screen brought up to date.
-constexpr int kProgressAfterMs = 100;
 
 // A child that exits before reading all its input would raise SIGPIPE in the
 // console and end it. Block the signal on this thread while feeding, and
@@ -212,10 +210,10 @@ void ToolRun::KillGroup()
 
 int ToolRun::Wait()
 {
-    // Most tools answer at once; only one that keeps us waiting gets the
-    // screen updated meanwhile, so a quick tool sends no half-drawn state.
-    const auto showProgressAt = std::chrono::steady_clock::now() + std::chrono::milliseconds(kProgressAfterMs);
-    bool progressShown = t_hooks.beforeWait == nullptr;
+    // The host may go down with this tool: what the screen should show
+    // while it works goes out first.
+    if (t_hooks.beforeWait)
+        t_hooks.beforeWait();
     SigpipeGuard sigpipe;
     _outer = t_running;
     t_running = this;
@@ -253,12 +251,6 @@ int ToolRun::Wait()
         // now and then (old kernels only).
         if (_pidfd < 0 && (waitMs < 0 || waitMs > 250))
             waitMs = 250;
-        if (!progressShown) {
-            const auto left = std::chrono::ceil<std::chrono::milliseconds>(showProgressAt - std::chrono::steady_clock::now());
-            const int progressMs = left.count() > 0 ? static_cast<int>(left.count()) : 0;
-            if (waitMs < 0 || progressMs < waitMs)
-                waitMs = progressMs;
-        }
 
         const int ready = ::poll(fds, static_cast<nfds_t>(n), waitMs);
         if (ready < 0 && errno != EINTR) {
@@ -275,10 +267,6 @@ int ToolRun::Wait()
                 t_hooks.onWake();
             if (pidAt >= 0 && fds[pidAt].revents != 0 && Reap(WNOHANG))
                 break;
-        }
-        if (!progressShown && std::chrono::steady_clock::now() >= showProgressAt) {
-            progressShown = true;
-            t_hooks.beforeWait();
         }
         if (_timeoutSeconds > 0 && std::chrono::steady_clock::now() >= _deadline) {
             Log::Write(LOG_WARNING, "Killing process because %d seconds timeout expired", _timeoutSeconds);

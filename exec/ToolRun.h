@@ -14,8 +14,8 @@ struct PipePair;
 // How a wait for a tool meets the rest of the program. Per thread: only the
 // thread that installs them (the user-interface thread) uses them.
 struct ToolWaitHooks {
-    // Called once a tool keeps us waiting, so the screen shows its progress
-    // text while the host works.
+    // Called before waiting, so the screen shows its progress text while
+    // the host works.
     void (*beforeWait)() = nullptr;
     // Whenever `wakeFd` becomes readable during the wait, `onWake` runs (the
     // console's signal pipe: a terminate signal must not wait for a tool).

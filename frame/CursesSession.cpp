@@ -21,6 +21,7 @@ void EndCursesAtExit()
 
 bool StartCurses(const char* term)
 {
+    PreferUnicodeLines(term);
     // A serial line may come up with TERM unset or naming a terminal the
     // host does not describe; initscr would end the process then. The
     // console must come up, so fall back to the plainest serial terminal.

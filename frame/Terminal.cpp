@@ -6,6 +6,7 @@
 #include <climits>
 #include <cstdlib>
 #include <initializer_list>
+#include <string_view>
 
 namespace Tolm {
 
@@ -123,6 +124,13 @@ constexpr int kLocalEscDelayMs = 50;
 constexpr int kSerialEscDelayMs = 1000;
 
 }  // namespace
+
+void PreferUnicodeLines(const char* term)
+{
+    if (!term) return;
+    const std::string_view name(term);
+    if (name == "linux" || name.substr(0, 5) == "xterm") setenv("NCURSES_NO_UTF8_ACS", "1", 0);
+}
 
 void ConfigureInput()
 {

@@ -36,6 +36,11 @@ void InitColors();
 // terminals (and every serial line) send. Once, after InitColors().
 void DefineKeys();
 
+// Before curses starts: on terminals known to take UTF-8 (the local console,
+// xterm and its kin) lines are drawn as Unicode characters rather than by
+// switching to the line-drawing set, which costs some thirty bytes per switch.
+void PreferUnicodeLines(const char* term);
+
 // Input for a console operator: Ctrl-S and Ctrl-Q are plain keys (no flow
 // control can stop the output), and the wait after a lone Esc suits the
 // terminal kind unless the ESCDELAY variable says otherwise. After the curses

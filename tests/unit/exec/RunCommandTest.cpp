@@ -1,4 +1,5 @@
 #include "exec/RunCommand.h"
+#include "exec/ToolRun.h"
 
 #include "TestRoot.h"
 
@@ -10,6 +11,7 @@
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
+#include <fstream>
 #include <string>
 #include <unistd.h>
 
@@ -205,6 +207,107 @@ TEST_F(RunCommandTest, NoDescriptorLeaksIntoChildOrParent)
     EXPECT_EQ(std::string(out, outLength), "0\n1\n2\n");
     EXPECT_EQ(OpenDescriptorCount(), before);
     ::close(stray);
+}
+
+// Whether a process is still there (a zombie counts as gone).
+bool Alive(pid_t pid)
+{
+    std::ifstream stat("/proc/" + std::to_string(pid) + "/stat");
+    std::string line;
+    if (!std::getline(stat, line))
+        return false;
+    const auto close = line.rfind(')');
+    return close != std::string::npos && close + 2 < line.size() && line[close + 2] != 'Z';
+}
+
+// The deadline is for the process to disappear, not a measure of speed.
+bool GoneWithin(pid_t pid, std::chrono::seconds limit)
+{
+    const auto until = std::chrono::steady_clock::now() + limit;
+    while (Alive(pid)) {
+        if (std::chrono::steady_clock::now() > until)
+            return false;
+        ::usleep(20000);
+    }
+    return true;
+}
+
+pid_t ReadPid(const std::string& path)
+{
+    std::ifstream in(path);
+    pid_t pid = -1;
+    in >> pid;
+    return pid;
+}
+
+TEST_F(RunCommandTest, TimeLimitKillsEverythingTheToolStarted)
+{
+    // The helper the tool leaves behind holds none of our pipes; only the
+    // process group reaches it.
+    const std::string pidFile = Root() + "/helper.pid";
+    EXPECT_EQ(RunScript("(exec sleep 60 </dev/null >/dev/null 2>&1) & echo $! > " + pidFile + "; exec sleep 60",
+                        nullptr, nullptr, nullptr, nullptr, nullptr, 0, 1),
+              -1);
+    const pid_t helper = ReadPid(pidFile);
+    ASSERT_GT(helper, 0);
+    EXPECT_TRUE(GoneWithin(helper, std::chrono::seconds(10)));
+    if (Alive(helper))
+        ::kill(helper, SIGKILL);
+}
+
+TEST_F(RunCommandTest, ToolThatEndedIsNotWaitedForThroughWhatItLeftBehind)
+{
+    // The helper keeps the output pipe open; the tool's own end decides.
+    const std::string pidFile = Root() + "/helper.pid";
+    char out[64];
+    unsigned int outLength = sizeof out;
+    EXPECT_EQ(RunScript("sleep 30 & echo $! > " + pidFile + "; printf done; exit 6", out, &outLength), 6);
+    EXPECT_EQ(std::string(out, outLength), "done");
+    const pid_t helper = ReadPid(pidFile);
+    ASSERT_GT(helper, 0);
+    EXPECT_TRUE(Alive(helper));  // returned while the helper still held the pipe
+    ::kill(helper, SIGKILL);
+}
+
+TEST_F(RunCommandTest, ToolWritingMoreThanAPipeHoldsIsReadWhileItRuns)
+{
+    char out[256];
+    unsigned int outLength = 255;
+    unsigned int errLength = 0;
+    char err[1];
+    // A megabyte on each output, far beyond a pipe; the limit only turns a
+    // deadlock into a failure.
+    EXPECT_EQ(RunScript("head -c 1000000 /dev/zero; head -c 1000000 /dev/zero >&2; exit 5", out, &outLength, err,
+                        &errLength, nullptr, 0, 20),
+              5);
+    EXPECT_EQ(outLength, 255u);
+    EXPECT_EQ(errLength, 0u);
+}
+
+int g_wakes = 0;
+int g_wakeFd = -1;
+
+void WakeAndKill()
+{
+    char byte;
+    if (::read(g_wakeFd, &byte, 1) == 1)
+        ++g_wakes;
+    KillRunningTool();
+}
+
+TEST_F(RunCommandTest, WakeDescriptorIsHeardWhileAToolRunsWithoutLimit)
+{
+    int wake[2];
+    ASSERT_EQ(::pipe(wake), 0);
+    g_wakeFd = wake[0];
+    g_wakes = 0;
+    SetToolWaitHooks({nullptr, wake[0], &WakeAndKill});
+    ASSERT_EQ(::write(wake[1], "t", 1), 1);
+    EXPECT_EQ(RunScript("exec sleep 30"), -1);
+    EXPECT_EQ(g_wakes, 1);
+    SetToolWaitHooks({});
+    ::close(wake[0]);
+    ::close(wake[1]);
 }
 
 }  // namespace
