@@ -193,5 +193,22 @@ TEST(SystemMenu, LogViewerAndSupportPages)
     EXPECT_FALSE(tolm.HasText("RegExp Search"));
 }
 
+TEST(SystemMenu, AKeySendsOneUpdateOfWhatChanged)
+{
+    // Over a serial line every byte counts: moving the highlight repaints
+    // neither the screen nor the windows in passes, only the changed cells.
+    Console tolm("typical");
+    tolm.Start();
+    ASSERT_TRUE(LogInToMenu(tolm));
+    const size_t before = tolm.RawOutput().size();
+    tolm.Press(Key::Down);
+    ASSERT_TRUE(ShowsEntry(tolm, "Configure Lockdown Mode"));
+    ASSERT_TRUE(tolm.WaitForQuiet());
+    const std::string sent = tolm.RawOutput().substr(before);
+    EXPECT_LT(sent.size(), 700u);
+    EXPECT_EQ(sent.find("\x1b[2J"), std::string::npos);
+    EXPECT_EQ(sent.find("\x1b[J"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace Tolm::E2E
