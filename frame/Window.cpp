@@ -10,34 +10,20 @@ bool Window::_cursor = false;
 int Window::_xCursor = 0;
 int Window::_yCursor = 0;
 
-namespace {
-
-// What the terminal cursor shows now: -1 unknown, 0 hidden, 1 visible.
-int g_cursorShown = -1;
-
-void ApplyCursor(bool visible)
-{
-    const int want = visible ? 1 : 0;
-    if (g_cursorShown == want) return;
-    g_cursorShown = want;
-    curs_set(want);
-}
-
-}  // namespace
-
 void Window::Flush()
 {
     if (!newscr) return;
     // Hidden before the update and shown after it, so the cursor is never
-    // seen travelling over the cells being drawn.
-    if (!_cursor) ApplyCursor(false);
+    // seen travelling over the cells being drawn (curses sends nothing when
+    // the cursor already is as asked).
+    if (!_cursor) curs_set(0);
     // A hidden cursor may stay wherever the update leaves it.
     if (_cursor)
         setsyx(_yCursor, _xCursor);
     else
         setsyx(-1, -1);
     doupdate();
-    if (_cursor) ApplyCursor(true);
+    if (_cursor) curs_set(1);
 }
 
 Window::Window(int x, int y, int width, int height, int background, int foreground)
