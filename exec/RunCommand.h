@@ -13,12 +13,14 @@ namespace Tolm {
 // `out`/`err` may be null; then nothing is collected and the matching length
 // is left alone. Otherwise *outLength is the capacity on entry and the count
 // stored on return (not terminated), or all bits set after a read error.
-// Output is read only after the child has ended, so tools run this way must
-// write less than a pipe's capacity.
+// Output is read while the child runs; what goes beyond the capacity is read
+// and dropped, so a tool never blocks on a full pipe.
 //
 // `input` (may be null) is fed to the child's standard input, which is then
-// closed. `timeoutSeconds` > 0 kills the child with SIGKILL when it runs
-// longer; the killed child is not reaped.
+// closed. The child leads a process group of its own; `timeoutSeconds` > 0
+// kills that whole group with SIGKILL when it runs longer. The call returns
+// when the child itself has ended (or at the limit), whatever processes it
+// left behind still hold its pipes.
 //
 // Result: the exit status (0..255), or -1 when the pipes or the child could not
 // be made (errno tells why), the child died from a signal or was killed.
