@@ -155,7 +155,10 @@ TEST(StatusKeys, CtrlSIsAPlainKeyAndEndOfInputEndsTheConsole)
     Console tolm("typical");
     tolm.Start();
     ASSERT_TRUE(Started(tolm));
+    const size_t before = tolm.RawOutput().size();
     tolm.SendBytes("\x13");
+    ASSERT_TRUE(tolm.WaitUntil([&] { return tolm.RawOutput().size() > before; }, "the repaint after Ctrl-S"));
+    ASSERT_TRUE(Settle(tolm));  // the repaint discards type-ahead
     tolm.Press(Key::F2);
     EXPECT_TRUE(tolm.WaitForText("Login Name:"));
     tolm.SendBytes("\x11");
