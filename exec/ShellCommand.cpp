@@ -1,5 +1,7 @@
 #include "exec/ShellCommand.h"
 
+#include "exec/ToolRun.h"
+
 #include "host/HostPaths.h"
 #include "host/Log.h"
 #include "host/ShellQuote.h"
@@ -15,6 +17,7 @@ int RunShellCommand(const std::string& program, const std::string& args)
                            : ShellQuote(HostPath::Resolve(program));
     if (!args.empty())
         line += " " + args;
+    BeforeToolWait();
     int status = std::system(line.c_str());
     if (status == -1)
         Log::Errno("system() failed");

@@ -87,6 +87,12 @@ void SetToolWaitHooks(const ToolWaitHooks& hooks)
     t_hooks = hooks;
 }
 
+void BeforeToolWait()
+{
+    if (t_hooks.beforeWait)
+        t_hooks.beforeWait();
+}
+
 void KillRunningTool()
 {
     for (ToolRun* run = t_running; run != nullptr; run = run->_outer)
@@ -212,8 +218,7 @@ int ToolRun::Wait()
 {
     // The host may go down with this tool: what the screen should show
     // while it works goes out first.
-    if (t_hooks.beforeWait)
-        t_hooks.beforeWait();
+    BeforeToolWait();
     SigpipeGuard sigpipe;
     _outer = t_running;
     t_running = this;

@@ -23,6 +23,8 @@ struct ToolWaitHooks {
     void (*onWake)() = nullptr;
 };
 void SetToolWaitHooks(const ToolWaitHooks& hooks);
+// The beforeWait hook, for waits that do not go through ToolRun.
+void BeforeToolWait();
 
 // Kills the process group of the tool this thread is waiting for, if any;
 // for an onWake that ends the process.
