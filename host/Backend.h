@@ -96,6 +96,11 @@ public:
     virtual void SetSearchDomains(const std::string& stack, const std::vector<std::string>& domains) = 0;
     virtual void AddSearchDomain(const std::string& stack, const std::string& domain) = 0;
     virtual void SaveDnsConfig(const std::string& stack) = 0;
+    // Looks `name` up as the host's resolver does (hosts file, then its DNS
+    // servers): 0 when it resolves, else a getaddrinfo error code. Blocks for
+    // as long as the lookup takes. The default asks the system's resolver,
+    // which is what a real host does.
+    virtual int ResolveHostname(const std::string& name);
 
     // Switches.
     virtual void AddUplink(const std::string& switchName, const std::string& pnic) = 0;

@@ -94,6 +94,7 @@ void DnsConfigImpl::SetSearchDomainsString(const std::string& text)
 
 void DnsConfigImpl::AddSearchDomain(const std::string& domain) { Use("AddSearchDomain")->AddSearchDomain(_stack, domain); }
 void DnsConfigImpl::SaveConfig() { Use("SaveConfig")->SaveDnsConfig(_stack); }
+int DnsConfigImpl::ResolveHostname(const std::string& name) { return Use("ResolveHostname")->ResolveHostname(name); }
 
 Pnic PnicImpl::Get()
 {

@@ -77,6 +77,9 @@ public:
     // Checks the configuration and stamps it saved; every change above is
     // already kept by the host.
     void SaveConfig();
+    // Looks `name` up through the host's resolver: 0 when it resolves, else
+    // a getaddrinfo error code. Blocks for as long as the lookup takes.
+    int ResolveHostname(const std::string& name);
 
 private:
     std::string _stack;

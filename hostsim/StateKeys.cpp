@@ -3,6 +3,8 @@
 
 #include "hostsim/HostSim.h"
 
+#include <arpa/inet.h>
+
 namespace Tolm::HostSim {
 namespace {
 
@@ -168,13 +170,39 @@ Json* AdvancedOption(Json& state, const std::string& path)
     return &option;
 }
 
-bool IsReachable(const Json& state, const std::string& address)
+namespace {
+
+// The address in one spelling ("FE80::0001" and "fe80::1" are one address).
+std::string AddressKey(const std::string& text)
 {
+    unsigned char bytes[16];
+    char out[INET6_ADDRSTRLEN];
+    for (int family : {AF_INET, AF_INET6})
+        if (::inet_pton(family, text.c_str(), bytes) == 1 && ::inet_ntop(family, bytes, out, sizeof out) != nullptr)
+            return out;
+    return text;
+}
+
+}  // namespace
+
+bool IsReachable(const Json& state, const std::string& address, const std::string& interface)
+{
+    // Packets leave through the named interface, else the management one;
+    // a stopped interface, or IPv4 without an address, gets no answer.
+    std::string via = interface.empty() ? ValueAt<std::string>(state, "/network/managementInterface", "") : interface;
+    if (const Json* nic = KernelNic(state, via)) {
+        if (!nic->value("up", true))
+            return false;
+        if (address.find(':') == std::string::npos &&
+            ValueAt<std::string>(*nic, "/ipv4/address", "0.0.0.0") == "0.0.0.0")
+            return false;
+    }
     auto ptr = P("/network/reachableAddresses");
     if (!state.contains(ptr) || !state.at(ptr).is_array())
         return false;
+    const std::string wanted = AddressKey(address);
     for (const Json& a : state.at(ptr))
-        if (a.is_string() && a.get<std::string>() == address)
+        if (a.is_string() && AddressKey(a.get<std::string>()) == wanted)
             return true;
     return false;
 }

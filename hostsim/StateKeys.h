@@ -38,8 +38,9 @@ int PowerOffVms(Json& state, bool terminate, bool autostartOnly);
 // Advanced options by path ("/UserVars/TolmTimeOut"); null when missing.
 Json* AdvancedOption(Json& state, const std::string& path);
 
-// Ping answers: whether `address` replies, and the round-trip time.
-bool IsReachable(const Json& state, const std::string& address);
+// Ping answers: whether `address` replies to packets sent through
+// `interface` (empty: the management interface).
+bool IsReachable(const Json& state, const std::string& address, const std::string& interface);
 bool InterfaceExists(const Json& state, const std::string& name);
 
 // Management data lines as grabCIMData prints them.

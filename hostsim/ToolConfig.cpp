@@ -156,7 +156,7 @@ int TarnPing(const ToolCall& call)
         std::cerr << "ping: unknown interface " << interface << "\n";
         return 2;
     }
-    bool reachable = IsReachable(state, bare);
+    bool reachable = IsReachable(state, bare, interface);
     long intervalMs = state.value(Json::json_pointer("/tools/pingIntervalMs"), 100L);
 
     std::cout << "PING " << address << " (" << bare << "): 56 data bytes\n";

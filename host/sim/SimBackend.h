@@ -54,6 +54,8 @@ public:
     void SetSearchDomains(const std::string& stack, const std::vector<std::string>& domains) override;
     void AddSearchDomain(const std::string& stack, const std::string& domain) override;
     void SaveDnsConfig(const std::string& stack) override;
+    // Answers from the model (SimResolve.cpp): never the machine's resolver.
+    int ResolveHostname(const std::string& name) override;
 
     void AddUplink(const std::string& switchName, const std::string& pnic) override;
     void RemoveUplink(const std::string& switchName, const std::string& pnic) override;
