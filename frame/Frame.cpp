@@ -30,6 +30,8 @@ FrameClock& RealClock()
 
 FrameClock* g_clock = nullptr;
 
+int g_watchedFd = -1;
+
 FrameClock& Clock()
 {
     return g_clock ? *g_clock : RealClock();
@@ -171,6 +173,8 @@ int Frame::GetKey(Window* window, bool idleTimeout)
             std::exit(0);
         case WAIT_TERMINATE:
             std::exit(0);
+        case WAIT_WATCHED:
+            return result;
         default:
             break;
         }
@@ -201,6 +205,11 @@ bool InputGone(bool& unknown)
 
 }  // namespace
 
+void Frame::WatchDescriptor(int fd)
+{
+    g_watchedFd = fd;
+}
+
 int Frame::WaitForInput(const timeval* limit)
 {
     const int pipeFd = _signalPipe[0];
@@ -208,12 +217,14 @@ int Frame::WaitForInput(const timeval* limit)
     FD_ZERO(&readable);
     FD_SET(0, &readable);
     if (pipeFd >= 0) FD_SET(pipeFd, &readable);
+    if (g_watchedFd >= 0) FD_SET(g_watchedFd, &readable);
     // A signal that came while a host tool ran is already waiting: only look
     // whether a key is there too.
     const bool queued = !_pendingSignals.empty();
     timeval left{};
     if (limit && !queued) left = *limit;
-    int n = select(std::max(0, pipeFd) + 1, &readable, nullptr, nullptr, limit || queued ? &left : nullptr);
+    int n = select(std::max({0, pipeFd, g_watchedFd}) + 1, &readable, nullptr, nullptr,
+                   limit || queued ? &left : nullptr);
     if (n < 0) {
         Log::Errno("select() failed");
         return WAIT_NOTHING;
@@ -245,6 +256,7 @@ int Frame::WaitForInput(const timeval* limit)
         _pendingSignals.erase(0, 1);
         return code >= SIG_REFRESH && code <= SIG_TERMINATE ? -2 - code : WAIT_NOTHING;
     }
+    if (n > 0 && g_watchedFd >= 0 && FD_ISSET(g_watchedFd, &readable)) return WAIT_WATCHED;
     if (n > 0 && pipeFd >= 0 && FD_ISSET(pipeFd, &readable)) return ReadSignalCode();
     return WAIT_NOTHING;
 }

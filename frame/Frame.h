@@ -38,6 +38,7 @@ public:
         WAIT_RESTART = -4,
         WAIT_RESIZE = -5,
         WAIT_TERMINATE = -6,
+        WAIT_WATCHED = -7,  // the watched descriptor became readable
     };
 
     // A top-level curses window at (x, y); `parent` is the frame this one is
@@ -71,6 +72,10 @@ public:
     // (the program's pidfd) without reading keys, serving the signals and
     // the idle timeout as GetKey does (so the session can still end).
     static void AwaitWhileAway(int fd);
+    // Also wait on `fd` (-1: none): while it is readable, GetKey returns
+    // WAIT_WATCHED, so a dialog can wait for keys and for a child process at
+    // once without polling. A pending key still comes first.
+    static void WatchDescriptor(int fd);
 
     static void SetLoggedIn(bool loggedIn);
     static void SetLoginName(const std::string& name);
