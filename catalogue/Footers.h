@@ -20,6 +20,13 @@ inline constexpr const char* FOOTER_CONFIRM_CANCEL =
 inline constexpr const char* FOOTER_F11_OK_CANCEL =
     "{align:right}{color:black}<F11>{/color} {color:dark-grey}OK{/color}  {color:black}<Esc>{/color} "
     "{color:dark-grey}Cancel{/color}{/align}";
+// A finished operation acknowledged with Enter (its own spacing).
+inline constexpr const char* FOOTER_PROGRESS_ENTER_OK =
+    "{align:right}{color:black}<Enter>{/color}{color:dark-grey} OK{/color}{/align}";
+// Rows to choose from, accepted with Enter or cancelled with Esc.
+inline constexpr const char* FOOTER_SELECT_OK_CANCEL =
+    "{color:black}<Up/Down>{/color} {color:dark-grey}Select{/color}{align:right}{color:black}<Enter>{/color} "
+    "{color:dark-grey}OK{/color}  {color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
 inline constexpr const char* FOOTER_ENTER_RESTART_HOST =
     "{align:right}{color:black}<Enter>{/color} {color:dark-grey}Restart Host{/color}{/align}";
 // A dialog with check boxes.

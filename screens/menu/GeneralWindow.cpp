@@ -14,6 +14,8 @@
 #include "screens/menu/LogViewer.h"
 #include "screens/system/RestoreDialog.h"
 #include "screens/menu/SupportPages.h"
+#include "screens/netops/RestartNetworkDialog.h"
+#include "screens/netops/TestDialog.h"
 #include "catalogue/StringFactory.h"
 #include "catalogue/Footers.h"
 #include "ui/Markup.h"
@@ -54,9 +56,9 @@ GeneralWindow::GeneralWindow(Frame* parent, bool passwordSet)
         {TextId::ConfigureManagementNetwork, [this] { return Text(TextId::ConfigureManagementNetworkHelp) + ManagementAddresses(); },
          management, Fixed(FOOTER_MENU_MORE), notYet},
         {TextId::RestartManagementNetwork, help(TextId::RestartManagementNetworkHelp), management,
-         Fixed(FOOTER_MENU_RESTART), notYet},
+         Fixed(FOOTER_MENU_RESTART), [this] { return RestartNetworkDialog::Open(this, _mgmtIntf.get()); }},
         {TextId::TestManagementNetwork, help(TextId::TestManagementNetworkHelp), management,
-         Fixed(FOOTER_MENU_RUN_TEST), notYet},
+         Fixed(FOOTER_MENU_RUN_TEST), [this] { return Open<TestDialog>(); }},
         {TextId::NetworkRestoreOptions, help(TextId::NetworkRestoreOptionsHelp), always, Fixed(FOOTER_MENU_MORE), notYet},
         MenuEntry::Spacer(),
         {TextId::ConfigureKeyboard, help(TextId::ConfigureKeyboardHelp), always, Fixed(FOOTER_MENU_CHANGE),
