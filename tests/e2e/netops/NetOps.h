@@ -13,8 +13,9 @@ inline bool OpenEntry(Console& tolm, const std::string& entry)
 {
     const std::regex selected("System Customization +" + entry + "  ");
     for (int i = 0; i < 16 && !std::regex_search(tolm.Row(1), selected); ++i) {
+        const std::string before = tolm.Row(1);
         tolm.Press(Key::Down);
-        if (!Settle(tolm)) return false;
+        if (!tolm.WaitUntil([&] { return tolm.Row(1) != before; }, "the next entry")) return false;
     }
     if (!ShowsEntry(tolm, entry)) return false;
     tolm.Press(Key::Enter);
