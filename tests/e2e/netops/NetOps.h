@@ -31,7 +31,8 @@ inline std::vector<std::string> LinesFrom(const Console& tolm, const std::string
     const auto at = tolm.FindText(first);
     if (!at) return lines;
     for (int row = at->row; row < at->row + count && row < tolm.Rows(); ++row) {
-        std::string line = tolm.Row(row, Trim::Keep).substr(at->col, width);
+        std::string line;
+        for (int col = at->col; col < at->col + width && col < tolm.Cols(); ++col) line += tolm.CellAt(col, row).text;
         line.erase(line.find_last_not_of(' ') + 1);
         lines.push_back(line);
     }
