@@ -5,7 +5,6 @@
 #include <fstream>
 
 #include "HostRoot.h"
-#include "host/HostCtlException.h"
 #include "host/TarnCtlNetwork.h"
 
 namespace Tolm::Test {
@@ -42,13 +41,6 @@ TEST(SimResolve, HostsFileFirstThenTheDnsServersTheModelGives)
     host.Set("/network/reachableAddresses", {"192.168.10.2"});
     TarnCtl::Network::NetworkInfoImpl().GetManagementInterface()->Stop();
     EXPECT_EQ(Resolve("tarnhost01.lab.example.com"), EAI_AGAIN);
-}
-
-TEST(SimResolve, PlantedFaultFailsTheLookup)
-{
-    HostRoot host;
-    host.Set("/faults/ResolveHostname", "resolver gone");
-    EXPECT_THROW(Resolve("tarnhost01.lab.example.com"), HostCtl::Lib::HostCtlException);
 }
 
 }  // namespace
