@@ -54,6 +54,8 @@ void DoRestartNetworkDialog::Show(const std::string& progress)
 {
     if (_progress) _progress->SetText(Markup::Literal(progress));
     Push();
+    // The host call that follows blocks: the operator sees the step first.
+    Flush();
 }
 
 int DoRestartNetworkDialog::Execute()
