@@ -27,6 +27,16 @@ inline constexpr const char* FOOTER_TOGGLE_OK_CANCEL =
     "{color:black}<Space>{/color} {color:dark-grey}Toggle Selected{/color}"
     "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  "
     "{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
+// Choices marked with Space, with fields of their own.
+inline constexpr const char* FOOTER_SELECT_MARK_OK_CANCEL =
+    "{color:black}<Up/Down>{/color} {color:dark-grey}Select{/color}  {color:black}<Space>{/color} "
+    "{color:dark-grey}Mark Selected{/color}{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  "
+    "{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
+// The network adapter list.
+inline constexpr const char* FOOTER_DETAILS_TOGGLE_OK_CANCEL =
+    "{color:black}<D>{/color} {color:dark-grey}View Details{/color}  {color:black}<Space>{/color} "
+    "{color:dark-grey}Toggle Selected{/color}{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  "
+    "{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
 // Shut down or restart.
 inline constexpr const char* FOOTER_SHUT_DOWN_RESTART_CANCEL =
     "{color:black}<F2>{/color} {color:dark-grey}Shut Down{/color}  {color:black}<F11>{/color} "

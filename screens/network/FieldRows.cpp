@@ -1,0 +1,29 @@
+#include "screens/network/FieldRows.h"
+
+#include "ui/Form.h"
+#include "ui/InputItem.h"
+
+namespace Tolm {
+
+void FieldRows::Add(std::string label, std::string value, int width, KeyFilter filter)
+{
+    if (_first < 0) _first = _form.Count();
+    _inputs.push_back(&_form.AddInput(std::move(label), std::move(value), width, std::move(filter)));
+}
+
+const std::string& FieldRows::Value(int field) const { return _inputs.at(static_cast<size_t>(field))->Value(); }
+
+void FieldRows::SetEnabled(bool enabled)
+{
+    for (size_t i = 0; i < _inputs.size(); ++i)
+        if (_inputs[i]->enabled != enabled) _form.SetEnabled(_first + static_cast<int>(i), enabled);
+}
+
+bool FieldRows::Passes(const std::optional<FieldError>& error)
+{
+    if (!error) return true;
+    _form.Reject(_first + error->field, error->title, error->text);
+    return false;
+}
+
+}  // namespace Tolm
