@@ -75,4 +75,12 @@ inline constexpr const char* FOOTER_MENU_PAGES =
     "{color:white}<Page Up>{/color} {color:white}<Page Down>{/color}{align:right}{color:white}<Esc>{/color}"
     "{color:light-grey} Log Out{/color}{/align}";
 
+// The management network screen and its confirmation.
+inline constexpr const char* FOOTER_NETWORK_CHANGE_EXIT =
+    "{color:white}<Enter>{/color}{color:light-grey} Change{/color}{align:right}{color:white}<Esc> {/color}"
+    "{color:light-grey}Exit{/color}{/align}";
+inline constexpr const char* FOOTER_YES_NO_CANCEL =
+    "{color:black}<Y>{/color} {color:dark-grey}Yes{/color}  {color:black}<N>{/color} {color:dark-grey}No{/color}"
+    "{align:right}{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
+
 }  // namespace Tolm

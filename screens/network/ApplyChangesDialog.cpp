@@ -1,5 +1,6 @@
 #include "screens/network/ApplyChangesDialog.h"
 
+#include "catalogue/Footers.h"
 #include "frame/Keys.h"
 #include "ui/TextArea.h"
 
@@ -8,13 +9,6 @@ namespace Tolm {
 namespace {
 
 constexpr int TITLE_HEIGHT = 9;
-constexpr unsigned ID_TITLE = 211;
-constexpr unsigned ID_TEXT = 212;
-constexpr unsigned ID_RESTART_NETWORK = 213;
-constexpr unsigned ID_REBOOT_HOST = 214;
-constexpr const char* FOOTER_YES_NO_CANCEL =
-    "{color:black}<Y>{/color} {color:dark-grey}Yes{/color}  {color:black}<N>{/color} {color:dark-grey}No{/color}"
-    "{align:right}{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
 
 }  // namespace
 
@@ -25,10 +19,10 @@ ApplyChangesDialog::ApplyChangesDialog(Frame* parent, bool rebootNeeded)
 
 int ApplyChangesDialog::Execute()
 {
-    SetTitle(Text(ID_TITLE));
-    SetText(Text(ID_TEXT));
+    SetTitle(Text(TextId::ConfigureManagementNetworkConfirm));
+    SetText(Text(TextId::ApplyNetworkChangesText));
     if (Content())
-        Content()->AddChild<TextArea>(1, 0, WIDTH - 6, 1)->SetText(Text(_rebootNeeded ? ID_REBOOT_HOST : ID_RESTART_NETWORK));
+        Content()->AddChild<TextArea>(1, 0, WIDTH - 6, 1)->SetText(Text(_rebootNeeded ? TextId::ApplyChangesRebootHost : TextId::ApplyChangesRestartManagement));
     SetFooter(FOOTER_YES_NO_CANCEL);
     for (;;) {
         switch (Frame::GetKey(this, true)) {

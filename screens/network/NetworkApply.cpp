@@ -9,6 +9,7 @@
 #include "host/TarnCtlNetwork.h"
 #include "screens/network/Uplinks.h"
 #include "screens/system/RebootConfirmDialog.h"
+#include "ui/Markup.h"
 #include "ui/MessageDialog.h"
 
 namespace Tolm {
@@ -21,7 +22,6 @@ using TarnCtl::Network::RoutingInfoImpl;
 
 namespace {
 
-constexpr unsigned ID_ERROR_TITLE = 18;  // "Enable Management Network: Error"
 constexpr const char* DNS_FAILED = "Setting DNS failed: ";
 
 bool Contains(const std::vector<std::string>& list, const std::string& name)
@@ -62,6 +62,7 @@ void NetworkApply::Failed(const std::string& text)
         _report(text);
 }
 
+// Not HostCall: here the line logged is the one shown, prefix and detail.
 template <typename Body>
 bool NetworkApply::Group(const char* prefix, Body body)
 {
@@ -89,7 +90,7 @@ void NetworkApply::WriteToHost()
 void NetworkApply::Adapters()
 {
     // A distributed switch is managed from outside the host.
-    if (_pending._onDistributedSwitch)
+    if (_pending._onDistributedSwitch || Uplinks::IsOnDistributedSwitch())
         return;
     Log::Write(LOG_INFO, "Setting adapters to %s", Joined(_pending._adapters).c_str());
     Uplinks::Failure failure;
@@ -261,7 +262,7 @@ void NetworkApply::Suffixes()
 void ApplyNetworkChanges(Frame* parent, const PendingNetwork& pending, const TarnNic& nic)
 {
     NetworkApply apply(pending, nic, [parent](const std::string& text) {
-        MessageDialog box(parent, ID_ERROR_TITLE, text);
+        MessageDialog box(parent, TextId::EnableManagementNetworkError, Markup::Literal(text));
         Frame::Run(&box);
     });
     apply.WriteToHost();

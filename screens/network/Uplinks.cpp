@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/HostCtlException.h"
+#include "exec/HostCall.h"
 #include "host/Log.h"
 #include "host/TarnCtlNetwork.h"
 #include "screens/network/PendingNetwork.h"
@@ -18,14 +18,12 @@ namespace {
 
 constexpr const char* UNSUPPORTED_LSWITCH = "Unsupported lswitch type";
 
-bool Fail(Failure* failure, std::string prefix, std::string message)
+// A refusal: logged alone.
+bool Refuse(Failure* failure, std::string message)
 {
-    if (prefix.empty())
-        Log::Write(LOG_ERR, "%s", message.c_str());
-    else
-        Log::Write(LOG_ERR, "%s%s%s", prefix.c_str(), prefix.back() == ' ' ? "" : " ", message.c_str());
+    Log::Write(LOG_ERR, "%s", message.c_str());
     if (failure)
-        *failure = {std::move(prefix), std::move(message)};
+        *failure = {"", std::move(message)};
     return false;
 }
 
@@ -33,11 +31,11 @@ bool Fail(Failure* failure, std::string prefix, std::string message)
 template <typename Body>
 bool Attempt(const char* prefix, Failure* failure, Body body)
 {
-    try {
-        return body();
-    } catch (const HostCtl::Lib::HostCtlException& e) {
-        return Fail(failure, prefix, e.what());
-    }
+    bool ok = false;
+    const auto error = HostCall(prefix, [&] { ok = body(); });
+    if (error && failure)
+        *failure = {prefix, *error};
+    return ok;
 }
 
 // The switch kind and name behind the interface; false after logging when
@@ -48,7 +46,7 @@ bool Connection(const TarnNic& nic, ConnectionPoint& point, const char* prefix, 
         point = nic.GetConnectionPoint();
         if (point.GetConnecteeType() == CONNECTEE_PORTGROUP || point.GetConnecteeType() == CONNECTEE_DVSPORT)
             return true;
-        return Fail(failure, "", UNSUPPORTED_LSWITCH);
+        return Refuse(failure, UNSUPPORTED_LSWITCH);
     });
 }
 
@@ -56,9 +54,25 @@ bool Connection(const TarnNic& nic, ConnectionPoint& point, const char* prefix, 
 
 std::string Failure::BoxText() const { return prefix.empty() ? message : prefix + ExceptionDetail(message); }
 
+bool IsOnDistributedSwitch()
+{
+    bool onDvs = false;
+    HostCall("Could not determine if a DVS was in use:", [&] {
+        NetworkInfoImpl info;
+        info.UpdateManagementInterface();
+        auto nic = info.GetManagementInterface();
+        if (!nic) {
+            Log::Write(LOG_ERR, "Could not locate the management interface");
+            return;
+        }
+        onDvs = nic->GetConnectionPoint().GetConnecteeType() == CONNECTEE_DVSPORT;
+    });
+    return onDvs;
+}
+
 bool SwitchName(const TarnNic& nic, std::string& name, Failure* failure)
 {
-    constexpr const char* prefix = "Getting switch name failed: ";
+    constexpr const char* prefix = "Getting switch name failed:";
     return Attempt(prefix, failure, [&] {
         ConnectionPoint point = nic.GetConnectionPoint();
         switch (point.GetConnecteeType()) {
@@ -67,9 +81,9 @@ bool SwitchName(const TarnNic& nic, std::string& name, Failure* failure)
             name = point.GetSwitchName();
             return true;
         case CONNECTEE_OPAQUE:
-            return Fail(failure, "", "Opaque network connectee type not supported");
+            return Refuse(failure, "Opaque network connectee type not supported");
         default:
-            return Fail(failure, "", "Unsupported connectee type");
+            return Refuse(failure, "Unsupported connectee type");
         }
     });
 }
@@ -125,7 +139,7 @@ bool SetMaxActiveUplinks(const TarnNic& nic, int count, Failure* failure)
     if (!Connection(nic, point, prefix, failure))
         return false;
     if (point.GetConnecteeType() != CONNECTEE_PORTGROUP)
-        return Fail(failure, "", UNSUPPORTED_LSWITCH);
+        return Refuse(failure, UNSUPPORTED_LSWITCH);
     return Attempt(prefix, failure, [&] {
         VirtualSwitchImpl(point.GetSwitchName()).SetMaxActiveUplinks(count);
         return true;
@@ -166,7 +180,7 @@ bool AddUplink(const TarnNic& nic, const std::string& pnic, Failure* failure)
     if (!Connection(nic, point, prefix, failure))
         return false;
     if (point.GetConnecteeType() != CONNECTEE_PORTGROUP)
-        return Fail(failure, "", UNSUPPORTED_LSWITCH);
+        return Refuse(failure, UNSUPPORTED_LSWITCH);
     Log::Write(LOG_INFO, "Adding uplink %s", pnic.c_str());
     return Attempt(prefix, failure, [&] {
         VirtualSwitchImpl(point.GetSwitchName()).AddUplink(pnic);
@@ -181,7 +195,7 @@ bool RemoveUplink(const TarnNic& nic, const std::string& pnic, Failure* failure)
     if (!Connection(nic, point, prefix, failure))
         return false;
     if (point.GetConnecteeType() != CONNECTEE_PORTGROUP)
-        return Fail(failure, "", UNSUPPORTED_LSWITCH);
+        return Refuse(failure, UNSUPPORTED_LSWITCH);
     Log::Write(LOG_INFO, "Removing uplink %s", pnic.c_str());
     return Attempt(prefix, failure, [&] {
         VirtualSwitchImpl(point.GetSwitchName()).RemoveUplink(pnic);
@@ -209,7 +223,7 @@ bool ReleaseFromOtherSwitch(const TarnNic& nic, const std::string& pnic, Failure
         for (const auto& dvs : info.GetDlswitches())
             for (const auto& port : dvs.GetUplinkPorts())
                 if (port.pnic == pnic)
-                    return Fail(failure, "", UNSUPPORTED_LSWITCH);
+                    return Refuse(failure, UNSUPPORTED_LSWITCH);
         return true;
     });
 }

@@ -20,6 +20,10 @@ struct Failure {
 
 using HostCtl::Network::TarnNic;
 
+// Whether the management interface sits on a distributed switch; no when
+// that cannot be told (logged).
+bool IsOnDistributedSwitch();
+
 // The standard or distributed switch carrying the interface.
 bool SwitchName(const TarnNic& nic, std::string& name, Failure* failure = nullptr);
 // Uplink adapter names in team order.
