@@ -15,8 +15,9 @@ const std::string& FieldRows::Value(int field) const { return _inputs.at(static_
 
 void FieldRows::SetEnabled(bool enabled)
 {
-    for (size_t i = 0; i < _inputs.size(); ++i)
-        if (_inputs[i]->enabled != enabled) _form.SetEnabled(_first + static_cast<int>(i), enabled);
+    // The rows follow a choice row, which keeps the highlight; the form
+    // redraws once after the toggle.
+    for (InputItem* input : _inputs) input->SetEnabled(enabled);
 }
 
 bool FieldRows::Passes(const std::optional<FieldError>& error)

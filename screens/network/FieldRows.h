@@ -21,6 +21,8 @@ public:
     // Appends an input row to the form; the first one is field 0.
     void Add(std::string label, std::string value, int width, KeyFilter filter);
     const std::string& Value(int field) const;
+    // For a choice row's toggle (the highlight is on that row, and the form
+    // redraws after it).
     void SetEnabled(bool enabled);
 
     // True when there is no error; otherwise the field it names is refused

@@ -53,7 +53,7 @@ void IPv6ConfigurationDialog::Show()
     _dynamic->SetSelected(dynamic);
     _dhcpv6->SetChecked(_config.GetUseIpv6Dhcp());
     _static->SetSelected(!dynamic);
-    for (int row : {DYNAMIC, DHCPV6, STATIC}) _form.SetEnabled(row, _enabled);
+    for (int row : {DYNAMIC, DHCPV6, STATIC}) _form.At(row)->SetEnabled(_enabled);
     _fields.SetEnabled(_enabled && !dynamic);
 }
 
