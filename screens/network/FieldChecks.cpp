@@ -60,14 +60,19 @@ std::vector<std::string> TakeStaticNetworks(HostCtl::Network::IpConfig& config)
 {
     constexpr size_t ROWS = 3;
     std::vector<std::string> rows;
+    std::vector<Ipv6Network> rest;
     for (const Ipv6Network& network : config.GetIpv6Network()) {
-        if (rows.size() == ROWS) break;
-        if (network.GetIpv6AddressType() != HostCtl::Network::IPV6_TYPE_STATIC ||
-            network.GetIpv6Scope() == HostCtl::Network::IPV6_SCOPE_LINK_LOCAL)
-            continue;
-        rows.push_back(network.GetStringAddress());
-        config.RemoveIpv6Network(network);
+        const bool shown = rows.size() < ROWS && network.GetIpv6AddressType() == HostCtl::Network::IPV6_TYPE_STATIC &&
+                           network.GetIpv6Scope() != HostCtl::Network::IPV6_SCOPE_LINK_LOCAL;
+        if (shown)
+            rows.push_back(network.GetStringAddress());
+        else
+            rest.push_back(network);
     }
+    // Rebuilt rather than removed by value: an address may be listed twice,
+    // once of another type.
+    config.ClearIpv6Networks();
+    for (const Ipv6Network& network : rest) config.AddIpv6Network(network);
     return rows;
 }
 

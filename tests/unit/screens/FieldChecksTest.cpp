@@ -59,6 +59,8 @@ TEST(FieldChecksTest, StaticNetworksFillThreeRowsAndKeepTheRest)
 {
     IpConfig config;
     config.AddIpv6Network(Ipv6Network("fe80::2/64", IPV6_TYPE_STATIC, IPV6_SCOPE_LINK_LOCAL));
+    // The same address also autoconfigured: that entry stays.
+    config.AddIpv6Network(Ipv6Network("2001:db8::1/64", IPV6_TYPE_AUTOCONF));
     for (const char* network : {"2001:db8::1/64", "2001:db8::2/64", "2001:db8::3/48", "2001:db8::4/64"})
         config.AddIpv6Network(Ipv6Network(network));
     config.AddIpv6Network(Ipv6Network("2001:db8::99/64", IPV6_TYPE_DHCP));
@@ -67,7 +69,7 @@ TEST(FieldChecksTest, StaticNetworksFillThreeRowsAndKeepTheRest)
               (std::vector<std::string>{"2001:db8::1/64", "2001:db8::2/64", "2001:db8::3/48"}));
     std::vector<std::string> kept;
     for (const auto& network : config.GetIpv6Network()) kept.push_back(network.GetStringAddress());
-    EXPECT_EQ(kept, (std::vector<std::string>{"fe80::2/64", "2001:db8::4/64", "2001:db8::99/64"}));
+    EXPECT_EQ(kept, (std::vector<std::string>{"fe80::2/64", "2001:db8::1/64", "2001:db8::4/64", "2001:db8::99/64"}));
 }
 
 TEST(FieldChecksTest, DnsServersEitherFamilyIpv6First)
