@@ -285,6 +285,28 @@ TEST(NetworkScreen, DistributedSwitchGreysOutAdaptersAndVlan)
     EXPECT_EQ(std::string::npos, tolm.Syslog().find("uplinks failed"));
 }
 
+TEST(NetworkScreen, PanelsCutTheIpv6ListAndLabelIpv6Servers)
+{
+    Console tolm("typical");
+    json addresses = json::array({{{"address", "fe80::20c:29ff:fe3a:5b10"}, {"prefixLength", 64}, {"type", "autoconf"},
+                                   {"scope", "linkLocal"}}});
+    for (int i = 1; i <= 4; ++i)
+        addresses.push_back({{"address", "fd00:" + std::to_string(i) + "::1"}, {"prefixLength", 64},
+                             {"type", "static"}, {"scope", "global"}});
+    tolm.SetValue("/network/kernelNics/0/ipv6/addresses", addresses);
+    tolm.SetValue("/network/dns/nameServers", json::array());
+    tolm.SetValue("/network/dns/ipv6NameServers", json({"fd00::53", "fd00::54"}));
+    tolm.Start();
+    ASSERT_TRUE(OpenNetwork(tolm));
+    ASSERT_TRUE(GoTo(tolm, "IPv6 Configuration"));
+    EXPECT_TRUE(tolm.WaitForText("fd00:2::1/64"));
+    EXPECT_TRUE(tolm.HasText("..."));
+    EXPECT_FALSE(tolm.HasText("fd00:3::1/64"));
+    ASSERT_TRUE(GoTo(tolm, "DNS Configuration"));
+    EXPECT_TRUE(tolm.WaitForText("IPv6 DNS Server: fd00::53"));
+    EXPECT_TRUE(tolm.HasText("IPv6 DNS Server: fd00::54"));
+}
+
 TEST(NetworkScreen, HostFailuresShowTheirBox)
 {
     Console tolm("typical");
