@@ -34,6 +34,16 @@ inline constexpr const char* FOOTER_TOGGLE_OK_CANCEL =
     "{color:black}<Space>{/color} {color:dark-grey}Toggle Selected{/color}"
     "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  "
     "{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
+// Choices marked with Space, with fields of their own.
+inline constexpr const char* FOOTER_SELECT_MARK_OK_CANCEL =
+    "{color:black}<Up/Down>{/color} {color:dark-grey}Select{/color}  {color:black}<Space>{/color} "
+    "{color:dark-grey}Mark Selected{/color}{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  "
+    "{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
+// The network adapter list.
+inline constexpr const char* FOOTER_DETAILS_TOGGLE_OK_CANCEL =
+    "{color:black}<D>{/color} {color:dark-grey}View Details{/color}  {color:black}<Space>{/color} "
+    "{color:dark-grey}Toggle Selected{/color}{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  "
+    "{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
 // Shut down or restart.
 inline constexpr const char* FOOTER_SHUT_DOWN_RESTART_CANCEL =
     "{color:black}<F2>{/color} {color:dark-grey}Shut Down{/color}  {color:black}<F11>{/color} "
@@ -71,5 +81,13 @@ inline constexpr const char* FOOTER_MENU_LOG_OUT =
 inline constexpr const char* FOOTER_MENU_PAGES =
     "{color:white}<Page Up>{/color} {color:white}<Page Down>{/color}{align:right}{color:white}<Esc>{/color}"
     "{color:light-grey} Log Out{/color}{/align}";
+
+// The management network screen and its confirmation.
+inline constexpr const char* FOOTER_NETWORK_CHANGE_EXIT =
+    "{color:white}<Enter>{/color}{color:light-grey} Change{/color}{align:right}{color:white}<Esc> {/color}"
+    "{color:light-grey}Exit{/color}{/align}";
+inline constexpr const char* FOOTER_YES_NO_CANCEL =
+    "{color:black}<Y>{/color} {color:dark-grey}Yes{/color}  {color:black}<N>{/color} {color:dark-grey}No{/color}"
+    "{align:right}{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
 
 }  // namespace Tolm

@@ -12,6 +12,7 @@
 #include "screens/access/LockdownDialog.h"
 #include "screens/system/KeyboardDialog.h"
 #include "screens/menu/LogViewer.h"
+#include "screens/network/NetworkWindow.h"
 #include "screens/system/RestoreDialog.h"
 #include "screens/menu/SupportPages.h"
 #include "screens/netops/RestartNetworkDialog.h"
@@ -54,7 +55,7 @@ GeneralWindow::GeneralWindow(Frame* parent, bool passwordSet)
         {TextId::ConfigureDriverVMDevices, help(TextId::DriverVMHelp), [this] { return _driverVmSupported; },
          Fixed(FOOTER_MENU_CHANGE), notYet},
         {TextId::ConfigureManagementNetwork, [this] { return Text(TextId::ConfigureManagementNetworkHelp) + ManagementAddresses(); },
-         management, Fixed(FOOTER_MENU_MORE), notYet},
+         management, Fixed(FOOTER_MENU_MORE), [this] { return Open<NetworkWindow>(); }},
         {TextId::RestartManagementNetwork, help(TextId::RestartManagementNetworkHelp), management,
          Fixed(FOOTER_MENU_RESTART), [this] { return RestartNetworkDialog::Open(this, _mgmtIntf.get()); }},
         {TextId::TestManagementNetwork, help(TextId::TestManagementNetworkHelp), management,
