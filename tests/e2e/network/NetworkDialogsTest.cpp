@@ -27,6 +27,8 @@ bool OpenNetworkScreen(Console& tolm)
 // Opens the dialog of the screen's `downs`-th selectable row, which shows `mark`.
 bool OpenDialog(Console& tolm, int downs, std::string_view mark)
 {
+    // The screen redraws once a dialog has closed; keys sent before that are dropped.
+    Settle(tolm);
     tolm.Press(Key::Up, 6);
     tolm.Press(Key::Down, downs);
     Settle(tolm);
@@ -193,7 +195,7 @@ TEST(NetworkDialogs, AdapterRowsCutLongNamesAndAskBeforeTakingUsedAdapters)
     ASSERT_TRUE(tolm.WaitForText("Network Adapters: Warning") && Settle(tolm));
     tolm.SendEsc();
     ASSERT_TRUE(tolm.WaitForTextGone("Network Adapters: Warning"));
-    EXPECT_TRUE(tolm.WaitForText("[X] hwnic2"));
+    EXPECT_TRUE(tolm.WaitForText("[X] hwnic2") && Settle(tolm));
     tolm.Type("d");
     ASSERT_TRUE(Refused(tolm, "Adapter Details", "Used By: switch1 (Storage Network)"));
 
