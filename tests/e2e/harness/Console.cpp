@@ -4,11 +4,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
-#include <fstream>
 #include <iostream>
 #include <poll.h>
 #include <pty.h>
-#include <sstream>
 #include <stdexcept>
 #include <sys/ioctl.h>
 #include <sys/wait.h>
@@ -32,35 +30,20 @@ namespace Tolm::E2E {
 
 namespace fs = std::filesystem;
 
-double TimeoutScale()
+Duration Scaled(Duration d)
 {
-    double scale = 1.0;
-    if (const char* env = std::getenv("TOLM_TEST_TIMEOUT_SCALE")) {
-        const double v = std::atof(env);
-        if (v > 0)
-            scale = v;
-    }
+    const char* env = std::getenv("TOLM_TEST_TIMEOUT_SCALE");
+    double scale = env && std::atof(env) > 0 ? std::atof(env) : 1.0;
 #ifdef TOLM_E2E_ASAN
     scale *= 4;
 #endif
-    return scale;
-}
-
-Duration Scaled(Duration d)
-{
-    return Duration(static_cast<Duration::rep>(static_cast<double>(d.count()) * TimeoutScale()));
-}
-
-Duration DefaultTimeout()
-{
-    return Scaled(10s);
+    return Duration(static_cast<Duration::rep>(static_cast<double>(d.count()) * scale));
 }
 
 fs::path BinDir()
 {
-    if (const char* env = std::getenv("TOLM_BIN_DIR"); env && *env)
-        return env;
-    return TOLM_BIN_DIR;
+    const char* env = std::getenv("TOLM_BIN_DIR");
+    return env && *env ? env : TOLM_BIN_DIR;
 }
 
 std::ostream& operator<<(std::ostream& os, const ExitStatus& s)
@@ -72,57 +55,32 @@ std::ostream& operator<<(std::ostream& os, const ExitStatus& s)
     return os << "exit status " << s.code;
 }
 
-void PrintTo(const ExitStatus& s, std::ostream* os)
+Console::Console(ConsoleOptions options) : opts_(std::move(options))
 {
-    *os << s;
-}
-
-Console::Console() : Console(ConsoleOptions{}) {}
-
-Console::Console(std::string fixture)
-{
-    ConsoleOptions o;
-    o.fixture = std::move(fixture);
-    Init(std::move(o));
-}
-
-Console::Console(ConsoleOptions options)
-{
-    Init(std::move(options));
-}
-
-void Console::Init(ConsoleOptions options)
-{
-    opts_ = std::move(options);
     screen_ = std::make_unique<Screen>(opts_.cols, opts_.rows, &Console::Reply, this);
-
     const char* tmp = std::getenv("TMPDIR");
     std::string templ = std::string(tmp && *tmp ? tmp : "/tmp") + "/tolm-e2e-XXXXXX";
     if (!mkdtemp(templ.data()))
         throw std::runtime_error("mkdtemp failed: " + std::string(strerror(errno)));
     tmpDir_ = templ;
-
     root_ = tmpDir_ / "root";
     if (!opts_.createRoot) {
         fs::create_directories(root_);
         return;
     }
     std::vector<std::string> argv = {(BinDir() / "tolm-hostsim").string(), "init", root_.string()};
-    if (!opts_.fixture.empty()) {
-        argv.push_back("--fixture");
-        argv.push_back(opts_.fixture);
-    }
+    if (!opts_.fixture.empty())
+        argv.insert(argv.end(), {"--fixture", opts_.fixture});
     const RunResult r = RunCapture(argv);
     if (r.status != 0)
-        throw std::runtime_error("tolm-hostsim init failed (status " + std::to_string(r.status) +
-                                 "): " + r.err + r.out);
+        throw std::runtime_error("tolm-hostsim init failed (status " + std::to_string(r.status) + "): " + r.err + r.out);
 }
 
 Console::~Console()
 {
     if (pid_ > 0 && !exit_) {
-        // The program leads its own session and process group (forkpty), so
-        // this also ends what it started, such as a pager or a shell.
+        // The program leads its own process group (forkpty): this also ends
+        // what it started, such as a pager or a shell.
         kill(-pid_, SIGKILL);
         kill(pid_, SIGKILL);
         Reap(true);
@@ -130,67 +88,41 @@ Console::~Console()
     StopReader();
     if (master_ >= 0)
         close(master_);
-    ReportSanitizerFindings();
-    if (::testing::Test::HasFailure()) {
-        std::cerr << "[ harness  ] kept the files of the failed test in " << tmpDir_.string() << "\n";
-    } else {
-        std::error_code ec;
-        fs::remove_all(tmpDir_, ec);
-    }
-}
-
-void Console::ReportSanitizerFindings()
-{
+    // Sanitized builds: the program's reports become test failures.
     std::error_code ec;
-    for (const auto& entry : fs::directory_iterator(tmpDir_, ec)) {
-        if (entry.path().filename().string().rfind("sanitizer.", 0) != 0)
-            continue;
-        std::ifstream in(entry.path());
-        std::stringstream text;
-        text << in.rdbuf();
-        ADD_FAILURE() << "sanitizer report from the program:\n" << text.str();
-    }
-}
-
-// ---- Options ---------------------------------------------------------------
-
-void Console::UseFakeTime(std::string offset)
-{
-    fakeTime_ = std::move(offset);
+    for (const auto& entry : fs::directory_iterator(tmpDir_, ec))
+        if (entry.path().filename().string().starts_with("sanitizer."))
+            ADD_FAILURE() << "sanitizer report from the program:\n" << ReadFile(entry.path());
+    if (::testing::Test::HasFailure())
+        std::cerr << "[ harness  ] kept the files of the failed test in " << tmpDir_.string() << "\n";
+    else
+        fs::remove_all(tmpDir_, ec);
 }
 
 fs::path Console::RootPath(std::string_view rel) const
 {
-    while (!rel.empty() && rel.front() == '/')
+    while (rel.starts_with('/'))
         rel.remove_prefix(1);
     return root_ / std::string(rel);
 }
-
-// ---- Starting --------------------------------------------------------------
 
 std::vector<std::string> Console::ChildEnvironment() const
 {
     std::map<std::string, std::string> env;
     for (char** e = environ; *e; ++e) {
         const std::string entry = *e;
-        const auto eq = entry.find('=');
-        if (eq != std::string::npos)
+        if (const auto eq = entry.find('='); eq != std::string::npos)
             env[entry.substr(0, eq)] = entry.substr(eq + 1);
     }
     // curses prefers these over the terminal's size; the pty's size must win.
-    env.erase("LINES");
-    env.erase("COLUMNS");
-    env.erase("FAKETIME");
-
-    if (opts_.term.empty())
-        env.erase("TERM");
-    else
+    for (const char* name : {"LINES", "COLUMNS", "FAKETIME", "LD_PRELOAD", "TERM"})
+        env.erase(name);
+    if (!opts_.term.empty())
         env["TERM"] = opts_.term;
     env["TOLM_ROOT"] = root_.string();
     // pam_wrapper refuses to start a program whose service directory is
-    // missing, so a bare root (harness self-tests) goes without it.
+    // missing, so a bare root goes without it.
     std::string preload;
-    env.erase("LD_PRELOAD");
     if (fs::is_directory(root_ / "etc/pam.d")) {
         env["PAM_WRAPPER"] = "1";
         env["PAM_WRAPPER_SERVICE_DIR"] = (root_ / "etc/pam.d").string();
@@ -208,9 +140,8 @@ std::vector<std::string> Console::ChildEnvironment() const
     const std::string path = env.count("PATH") ? env["PATH"] : "/usr/sbin:/usr/bin:/sbin:/bin";
     env["PATH"] = (root_ / "sbin").string() + ":" + (root_ / "bin").string() + ":" + path;
 #ifdef TOLM_E2E_ASAN
-    // The preloaded libraries come before the sanitizer runtime, and the
-    // console's standard error is /dev/null: reports go to files the
-    // destructor turns into test failures.
+    // The preloads come before the sanitizer runtime, and the console's
+    // standard error is /dev/null: reports go to files the destructor reads.
     const std::string report = "log_path=" + (tmpDir_ / "sanitizer").string();
     env["ASAN_OPTIONS"] = (env.count("ASAN_OPTIONS") ? env["ASAN_OPTIONS"] + ":" : "") +
                           "verify_asan_link_order=0:" + report;
@@ -222,7 +153,6 @@ std::vector<std::string> Console::ChildEnvironment() const
 #endif
     for (const auto& [k, v] : opts_.env)
         env[k] = v;
-
     std::vector<std::string> out;
     for (const auto& [k, v] : env)
         out.push_back(k + "=" + v);
@@ -232,11 +162,6 @@ std::vector<std::string> Console::ChildEnvironment() const
 void Console::Start(const std::vector<std::string>& args)
 {
     Launch((BinDir() / "tolm").string(), args);
-}
-
-void Console::StartProbe(const std::vector<std::string>& args)
-{
-    Launch((BinDir() / "tolm-probe").string(), args);
 }
 
 void Console::StartShell(const std::string& script)
@@ -251,29 +176,26 @@ void Console::Launch(const std::string& path, const std::vector<std::string>& ar
     if (access(path.c_str(), X_OK) != 0)
         throw std::runtime_error("cannot execute " + path);
     StopReader();
-    if (master_ >= 0) {
+    if (master_ >= 0)
         close(master_);
-        master_ = -1;
-    }
+    master_ = -1;
     {
         std::lock_guard lock(mu_);
         screen_->Reset();
         screen_->Resize(opts_.cols, opts_.rows);
         raw_.clear();
     }
-
-    // Everything the child needs is prepared before the fork: between fork
-    // and exec only async-signal-safe calls are allowed.
+    // Everything the child needs is made before the fork: between fork and
+    // exec only async-signal-safe calls are allowed.
     const std::vector<std::string> envStrings = ChildEnvironment();
-    std::vector<char*> envp;
-    for (const auto& e : envStrings)
-        envp.push_back(const_cast<char*>(e.c_str()));
-    envp.push_back(nullptr);
     std::vector<std::string> argStrings = {path};
     argStrings.insert(argStrings.end(), args.begin(), args.end());
-    std::vector<char*> argv;
+    std::vector<char*> envp, argv;
+    for (const auto& e : envStrings)
+        envp.push_back(const_cast<char*>(e.c_str()));
     for (const auto& a : argStrings)
         argv.push_back(const_cast<char*>(a.c_str()));
+    envp.push_back(nullptr);
     argv.push_back(nullptr);
 
     winsize ws{};
@@ -290,15 +212,12 @@ void Console::Launch(const std::string& path, const std::vector<std::string>& ar
         for (int sig : {SIGPIPE, SIGINT, SIGQUIT, SIGTERM, SIGCHLD})
             signal(sig, SIG_DFL);
         execve(argv[0], argv.data(), envp.data());
-        static const char msg[] = "harness: execve failed\r\n";
-        (void)!write(2, msg, sizeof msg - 1);
         _exit(127);
     }
     fcntl(master, F_SETFD, FD_CLOEXEC);
     master_ = master;
     pid_ = pid;
     exit_.reset();
-
     if (pipe2(stopPipe_, O_CLOEXEC) != 0)
         throw std::runtime_error("pipe2 failed");
     {
@@ -314,11 +233,8 @@ void Console::ReaderLoop(int fd, int stopFd)
     char buf[8192];
     for (;;) {
         pollfd fds[2] = {{fd, POLLIN, 0}, {stopFd, POLLIN, 0}};
-        if (poll(fds, 2, -1) < 0) {
-            if (errno == EINTR)
-                continue;
+        if (poll(fds, 2, -1) < 0 && errno != EINTR)
             break;
-        }
         if (fds[1].revents)
             break;
         const ssize_t n = read(fd, buf, sizeof buf);
@@ -353,7 +269,7 @@ void Console::StopReader()
 
 void Console::Reply(const char* bytes, size_t len, void* user)
 {
-    // Called by libvterm with the lock held; the master is written directly.
+    // libvterm's answers (cursor reports ...), with the lock held.
     auto* self = static_cast<Console*>(user);
     while (len > 0 && self->master_ >= 0) {
         const ssize_t n = write(self->master_, bytes, len);
@@ -376,10 +292,9 @@ void Console::Reap(bool block)
         r = waitpid(pid_, &status, block ? 0 : WNOHANG);
     } while (r < 0 && errno == EINTR);
     if (r == pid_)
-        exit_ = WIFSIGNALED(status) ? ExitStatus::Signalled(WTERMSIG(status))
-                                    : ExitStatus::Exited(WEXITSTATUS(status));
+        exit_ = WIFSIGNALED(status) ? ExitStatus::Signalled(WTERMSIG(status)) : ExitStatus::Exited(WEXITSTATUS(status));
     else if (r < 0)
-        exit_ = ExitStatus::Exited(-1);  // not our child any more; nothing to wait for
+        exit_ = ExitStatus::Exited(-1);  // not our child any more
 }
 
 bool Console::Running()
@@ -388,7 +303,28 @@ bool Console::Running()
     return pid_ > 0 && !exit_;
 }
 
-// ---- Input -----------------------------------------------------------------
+void Console::Signal(int sig)
+{
+    if (!Running())
+        ADD_FAILURE() << "Console: no running program to send signal " << sig << " to";
+    else
+        kill(pid_, sig);
+}
+
+void Console::Resize(int cols, int rows)
+{
+    opts_.cols = cols;
+    opts_.rows = rows;
+    {
+        std::lock_guard lock(mu_);
+        screen_->Resize(cols, rows);
+    }
+    winsize ws{};
+    ws.ws_col = static_cast<unsigned short>(cols);
+    ws.ws_row = static_cast<unsigned short>(rows);
+    if (master_ >= 0)
+        ioctl(master_, TIOCSWINSZ, &ws);
+}
 
 void Console::Write(std::string_view bytes)
 {
@@ -410,35 +346,17 @@ void Console::Write(std::string_view bytes)
 
 void Console::Press(Key key, int times)
 {
-    if (key == Key::Esc) {
-        for (int i = 0; i < times; ++i)
-            SendEsc();
-        return;
-    }
     const KeyFlavour flavour = opts_.term == "linux" ? KeyFlavour::Linux : KeyFlavour::Xterm;
-    bool appCursor;
-    {
-        std::lock_guard lock(mu_);
-        appCursor = screen_->ApplicationCursor();
+    for (int i = 0; i < times; ++i) {
+        if (key == Key::Esc) {
+            SendEsc();
+            continue;
+        }
+        std::unique_lock lock(mu_);
+        const bool appCursor = screen_->ApplicationCursor();
+        lock.unlock();
+        Write(KeySequence(key, flavour, appCursor));
     }
-    const std::string seq = KeySequence(key, flavour, appCursor);
-    for (int i = 0; i < times; ++i)
-        Write(seq);
-}
-
-void Console::PressSerial(Key key)
-{
-    Write(SerialKeySequence(key));
-}
-
-void Console::Type(std::string_view text)
-{
-    Write(text);
-}
-
-void Console::SendBytes(std::string_view bytes)
-{
-    Write(bytes);
 }
 
 void Console::SendEsc()
@@ -451,49 +369,16 @@ void Console::SendEsc()
     changed_.wait_for(lock, Scaled(150ms), [&] { return outputCount_ != before || eof_; });
 }
 
-void Console::Signal(int sig)
-{
-    if (!Running()) {
-        ADD_FAILURE() << "Console: no running program to send signal " << sig << " to";
-        return;
-    }
-    kill(pid_, sig);
-}
-
-void Console::Resize(int cols, int rows)
-{
-    opts_.cols = cols;
-    opts_.rows = rows;
-    {
-        std::lock_guard lock(mu_);
-        screen_->Resize(cols, rows);
-    }
-    if (master_ >= 0) {
-        winsize ws{};
-        ws.ws_col = static_cast<unsigned short>(cols);
-        ws.ws_row = static_cast<unsigned short>(rows);
-        ioctl(master_, TIOCSWINSZ, &ws);
-    }
-}
-
-// ---- Screen ----------------------------------------------------------------
-
-int Console::Cols() const
-{
-    std::lock_guard lock(mu_);
-    return screen_->Cols();
-}
-
-int Console::Rows() const
-{
-    std::lock_guard lock(mu_);
-    return screen_->Rows();
-}
-
 std::string Console::Row(int row, Trim trim) const
 {
     std::lock_guard lock(mu_);
     return screen_->Row(row, trim);
+}
+
+std::string Console::Grid(int top, int bottom, int left, int right) const
+{
+    std::lock_guard lock(mu_);
+    return screen_->Grid(top, bottom, left, right);
 }
 
 Cell Console::CellAt(int col, int row) const
@@ -506,30 +391,6 @@ std::optional<Pos> Console::FindText(std::string_view text) const
 {
     std::lock_guard lock(mu_);
     return screen_->Find(text);
-}
-
-Pos Console::Cursor() const
-{
-    std::lock_guard lock(mu_);
-    return screen_->Cursor();
-}
-
-std::string Console::Dump() const
-{
-    std::lock_guard lock(mu_);
-    return screen_->Dump();
-}
-
-std::map<int, Rgb> Console::Palette() const
-{
-    std::lock_guard lock(mu_);
-    return screen_->Palette();
-}
-
-int Console::PaletteResets() const
-{
-    std::lock_guard lock(mu_);
-    return screen_->PaletteResets();
 }
 
 std::string Console::RawOutput() const

@@ -1,24 +1,15 @@
 #pragma once
 
 // End-to-end test harness: runs a program on a pseudo-terminal, feeds what it
-// prints into a real terminal emulator (libvterm) and lets a GoogleTest test
-// type keys, wait for the screen, and read the simulated host root.
-//
-//   Tolm::E2E::Console tolm;                  // fresh root, default fixture
-//   tolm.Set("/network/dns/hostname", "\"host1\"");
-//   tolm.Start();                             // build/bin/tolm, 80x25, xterm
-//   ASSERT_TRUE(tolm.WaitForText("<F2>"));
-//   tolm.Press(Key::F2);
-//   EXPECT_TRUE(tolm.WaitForRow(-1, "Enter.*OK"));
+// prints into a real terminal emulator (libvterm) and lets a test type keys,
+// wait for the screen, and read the simulated host root (see ../README.md).
 //
 // Every Wait* has a deadline (stretched under sanitizers and by
 // TOLM_TEST_TIMEOUT_SCALE); on timeout it records a non-fatal failure showing
-// what was awaited and the last screen, and returns false, so a test can
-// write ASSERT_TRUE(c.WaitFor...) to stop there.
+// what was awaited and the last screen, and returns false.
 
 #include <chrono>
 #include <condition_variable>
-#include <csignal>
 #include <filesystem>
 #include <functional>
 #include <map>
@@ -44,18 +35,10 @@ using Duration = std::chrono::milliseconds;
 using std::chrono_literals::operator""ms;
 using std::chrono_literals::operator""s;
 
-// How much longer every deadline is: TOLM_TEST_TIMEOUT_SCALE (a number,
-// default 1) times 4 when built with AddressSanitizer.
-double TimeoutScale();
 Duration Scaled(Duration d);
-
-// The default deadline of every Wait* (10 s, scaled).
-Duration DefaultTimeout();
-
-// Where the programs under test live (the build's bin directory).
+inline Duration DefaultTimeout() { return Scaled(10s); }
 std::filesystem::path BinDir();
 
-// How the program ended.
 struct ExitStatus {
     bool timedOut = false;  // still running at the deadline
     int code = -1;          // exit status when it exited normally
@@ -66,146 +49,118 @@ struct ExitStatus {
     bool operator==(const ExitStatus&) const = default;
 };
 std::ostream& operator<<(std::ostream& os, const ExitStatus& s);
-void PrintTo(const ExitStatus& s, std::ostream* os);
 
 struct ConsoleOptions {
-    // Host root: create a fresh one with tolm-hostsim (fixture name or file;
-    // empty for the program's default), or none at all.
+    // A fresh root made by tolm-hostsim (fixture name or file; empty for the
+    // default), or a bare directory when createRoot is false.
     std::string fixture;
     bool createRoot = true;
-
     int cols = 80;
     int rows = 25;
-    std::string term = "xterm";
-    // Extra or replaced environment variables for the program.
-    std::map<std::string, std::string> env;
+    std::string term = "xterm";              // empty: TERM unset
+    std::map<std::string, std::string> env;  // extra or replaced variables
 };
 
 class Console {
 public:
-    Console();  // fresh root from the default fixture, 80x25, xterm
-    explicit Console(std::string fixture);
+    Console() : Console(ConsoleOptions{}) {}
+    explicit Console(std::string fixture) : Console([&] { ConsoleOptions o; o.fixture = std::move(fixture); return o; }()) {}
     explicit Console(ConsoleOptions options);
-    // Kills the program's process group and reaps it. Removes the temporary
-    // directory unless the test failed; then its path is printed to keep it.
+    // Kills the program's process group; keeps the temporary directory (and
+    // prints its path) only when the test failed.
     ~Console();
     Console(const Console&) = delete;
     Console& operator=(const Console&) = delete;
 
-    // ---- Before start ------------------------------------------------------
-    // Run under libfaketime (e.g. "+0 x60" runs the clock 60 times faster);
-    // the preload then holds both pam_wrapper and libfaketime.
-    void UseFakeTime(std::string offset);
+    // Before Start: run under libfaketime ("+0 x60" runs the clock 60 times faster).
+    void UseFakeTime(std::string offset) { fakeTime_ = std::move(offset); }
 
     // ---- Host root ---------------------------------------------------------
     const std::filesystem::path& Root() const { return root_; }
-    std::filesystem::path RootPath(std::string_view rel) const;  // "/var/run/tolm.pid" or "var/..."
-    // Changes the simulated state through `tolm-hostsim set`: Set takes JSON
-    // text (Set("/a/b", "\"x\"")), SetValue a value (SetValue("/a/b", "x")).
-    void Set(std::string_view pointer, std::string_view json);
-    void SetValue(std::string_view pointer, const nlohmann::json& value);
-    // Reads the state file directly; null when the pointer names nothing.
-    nlohmann::json State(std::string_view pointer = "") const;
-    void CardInsert(std::string_view userId);
-    void CardRemove(std::string_view userId);
-    // Runs `tolm-hostsim --root ROOT args...`; returns its standard output.
-    // A non-zero status is a test failure.
+    std::filesystem::path RootPath(std::string_view rel) const;  // "/var/..." or "var/..."
+    // `tolm-hostsim set`: Set takes JSON text, SetValue a value.
+    void Set(std::string_view pointer, std::string_view json) { HostSim({"set", std::string(pointer), std::string(json)}); }
+    void SetValue(std::string_view pointer, const nlohmann::json& value) { Set(pointer, value.dump()); }
+    nlohmann::json State(std::string_view pointer = "") const;  // null when nothing is there
+    void CardInsert(std::string_view user) { HostSim({"card", "insert", std::string(user)}); }
+    void CardRemove(std::string_view user) { HostSim({"card", "remove", std::string(user)}); }
+    // `tolm-hostsim --root ROOT args...`; its output. A failure fails the test.
     std::string HostSim(const std::vector<std::string>& args);
-
-    std::string Syslog() const;    // var/log/syslog.log
-    std::string EventLog() const;  // var/log/evtd.log
     std::string ReadRootFile(std::string_view rel) const;  // "" if missing
-    std::optional<int> PidFile() const;                     // var/run/tolm.pid
+    std::string Syslog() const { return ReadRootFile("var/log/syslog.log"); }
+    std::string EventLog() const { return ReadRootFile("var/log/evtd.log"); }
+    std::optional<int> PidFile() const;
 
-    // ---- Starting ----------------------------------------------------------
-    // The console itself (bin/tolm) with optional arguments.
-    void Start(const std::vector<std::string>& args = {});
-    // The widget probe (bin/tolm-probe).
-    void StartProbe(const std::vector<std::string>& args);
-    // /bin/sh -c script.
-    void StartShell(const std::string& script);
-
+    // ---- Running -----------------------------------------------------------
+    void Start(const std::vector<std::string>& args = {});  // bin/tolm
+    void StartShell(const std::string& script);             // /bin/sh -c
     pid_t Pid() const { return pid_; }
     bool Running();
+    void Signal(int sig);
+    void Resize(int cols, int rows);  // the kernel sends SIGWINCH
 
     // ---- Keys --------------------------------------------------------------
     void Press(Key key, int times = 1);
-    // The serial terminal's ESC-plus-character form (ESC "2" for F2).
-    void PressSerial(Key key);
-    // Text as typed, byte for byte.
-    void Type(std::string_view text);
-    // Raw bytes, e.g. "\x1bR" or "\x7f".
-    void SendBytes(std::string_view bytes);
-    // A lone Escape. Any byte sent right after it would be read by curses as
-    // part of an escape sequence (Alt-key), so this waits until the program
-    // has answered with output, or ~150 ms at most: the one fixed wait.
+    void PressSerial(Key key) { Write(SerialKeySequence(key)); }  // ESC "2" for F2
+    void Type(std::string_view text) { Write(text); }             // byte for byte
+    void SendBytes(std::string_view bytes) { Write(bytes); }
+    // A lone Escape. A byte sent right after it would make an Alt-key, so
+    // this waits until the program answered, ~150 ms at most: the one fixed wait.
     void SendEsc();
 
-    // ---- Signals and size --------------------------------------------------
-    void Signal(int sig);
-    // New terminal size; the kernel sends SIGWINCH to the program.
-    void Resize(int cols, int rows);
-
     // ---- Screen ------------------------------------------------------------
-    int Cols() const;
-    int Rows() const;
+    int Rows() const { return Locked(&Screen::Rows); }
     std::string Row(int row, Trim trim = Trim::TrailingSpaces) const;  // -1: last row
-    Cell CellAt(int col, int row) const;                                // row may be negative
+    // Rows top..bottom (inclusive, negative from the bottom), columns
+    // left..right-1 (right -1: to the edge), each ended by a visible "|".
+    std::string Grid(int top, int bottom, int left = 0, int right = -1) const;
+    Cell CellAt(int col, int row) const;
     std::optional<Pos> FindText(std::string_view text) const;
     bool HasText(std::string_view text) const { return FindText(text).has_value(); }
-    Pos Cursor() const;
-    std::string Dump() const;  // every row with its number and a visible end "|"
-    std::map<int, Rgb> Palette() const;
-    int PaletteResets() const;
-    // Everything the program wrote, unfiltered.
-    std::string RawOutput() const;
+    Pos Cursor() const { return Locked(&Screen::Cursor); }
+    std::string Dump() const { return Locked(&Screen::Dump); }
+    std::map<int, Rgb> Palette() const { return Locked(&Screen::Palette); }
+    int PaletteResets() const { return Locked(&Screen::PaletteResets); }
+    std::string RawOutput() const;  // everything the program wrote
     // When the program last wrote anything (for measuring, not for waiting).
     Clock::time_point LastOutputTime() const;
 
     // ---- Waits (non-fatal failure and false on timeout) --------------------
-    bool WaitForText(std::string_view text, Duration timeout = DefaultTimeout(),
-                     std::source_location loc = std::source_location::current());
-    bool WaitForTextGone(std::string_view text, Duration timeout = DefaultTimeout(),
-                         std::source_location loc = std::source_location::current());
-    // ECMAScript regex searched in the row with trailing spaces trimmed.
-    bool WaitForRow(int row, std::string_view regex, Duration timeout = DefaultTimeout(),
-                    std::source_location loc = std::source_location::current());
-    // `what` names the condition in the failure message.
+    using Where = std::source_location;
+    bool WaitForText(std::string_view text, Duration timeout = DefaultTimeout(), Where loc = Where::current());
+    bool WaitForTextGone(std::string_view text, Duration timeout = DefaultTimeout(), Where loc = Where::current());
+    // ECMAScript regex searched in the row, trailing spaces trimmed.
+    bool WaitForRow(int row, std::string_view regex, Duration timeout = DefaultTimeout(), Where loc = Where::current());
     bool WaitUntil(const std::function<bool()>& predicate, std::string_view what,
-                   Duration timeout = DefaultTimeout(),
-                   std::source_location loc = std::source_location::current());
-    // Substring of var/log/syslog.log or var/log/evtd.log.
-    bool WaitForLog(std::string_view text, Duration timeout = DefaultTimeout(),
-                    std::source_location loc = std::source_location::current());
-    bool WaitForEvent(std::string_view text, Duration timeout = DefaultTimeout(),
-                      std::source_location loc = std::source_location::current());
-    // Waits until the program is reaped; on timeout the status has timedOut.
-    ExitStatus WaitForExit(Duration timeout = DefaultTimeout(),
-                           std::source_location loc = std::source_location::current());
-    // Waits until the program printed nothing for `quiet`; useful before
-    // asserting that something did NOT appear.
-    bool WaitForQuiet(Duration quiet = 200ms, Duration timeout = DefaultTimeout(),
-                      std::source_location loc = std::source_location::current());
+                   Duration timeout = DefaultTimeout(), Where loc = Where::current());
+    bool WaitForLog(std::string_view text, Duration timeout = DefaultTimeout(), Where loc = Where::current());
+    bool WaitForEvent(std::string_view text, Duration timeout = DefaultTimeout(), Where loc = Where::current());
+    // On timeout the status has timedOut set.
+    ExitStatus WaitForExit(Duration timeout = DefaultTimeout(), Where loc = Where::current());
+    // Until the program printed nothing for `quiet`: before asserting that
+    // something did NOT appear.
+    bool WaitForQuiet(Duration quiet = 200ms, Duration timeout = DefaultTimeout(), Where loc = Where::current());
 
 private:
-    void Init(ConsoleOptions options);
+    template <typename R> R Locked(R (Screen::*get)() const) const
+    {
+        std::lock_guard lock(mu_);
+        return (screen_.get()->*get)();
+    }
     void Launch(const std::string& path, const std::vector<std::string>& args);
     std::vector<std::string> ChildEnvironment() const;
     void ReaderLoop(int fd, int stopFd);
     void StopReader();
     void Reap(bool block);
-    // Sanitized builds: reports the program wrote become test failures.
-    void ReportSanitizerFindings();
     void Write(std::string_view bytes);
-    // Waits until `done` holds; `screenOnly` conditions give up early once
-    // the program's output has ended, since the screen cannot change then.
+    // Until `done` holds; `screenOnly` conditions give up once the output ended.
     bool Await(const std::function<bool()>& done, Duration timeout, bool screenOnly);
-    bool Fail(std::string_view what, Duration timeout, const std::source_location& loc,
-              std::string_view extra = {});
+    bool Fail(std::string_view what, Duration timeout, const Where& loc, std::string_view extra = {});
+    bool WaitForFile(std::string_view rel, std::string_view text, Duration timeout, const Where& loc);
     static void Reply(const char* bytes, size_t len, void* user);
 
     ConsoleOptions opts_;
-    std::filesystem::path tmpDir_;  // removed at the end unless the test failed
+    std::filesystem::path tmpDir_;
     std::filesystem::path root_;
     std::string fakeTime_;
 

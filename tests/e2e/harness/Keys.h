@@ -1,5 +1,4 @@
 #pragma once
-
 #include <string>
 
 namespace Tolm::E2E {
@@ -12,23 +11,18 @@ enum class Key {
     Enter, Backspace, Tab, Esc,
 };
 
-// Which terminal's byte sequences to produce.
-enum class KeyFlavour {
-    Xterm,  // xterm: F1-F4 as ESC O P..S, F5 on as ESC [15~ ...
-    Linux,  // Linux console: F1-F5 as ESC [[A..E, cursor keys always ESC [A
-};
+// xterm: F1-F4 as ESC O P..S, F5 on as ESC [15~ ...; the Linux console: F1-F5
+// as ESC [[A..E, cursor keys always ESC [A.
+enum class KeyFlavour { Xterm, Linux };
 
-// The bytes `flavour` sends for `key`. Cursor keys, Home and End depend on
-// whether the program switched the terminal to application cursor mode
-// (curses does when it enables the keypad).
+// The bytes `flavour` sends for `key`; cursor keys follow whether the program
+// switched to application cursor mode (curses does when it enables the keypad).
 std::string KeySequence(Key key, KeyFlavour flavour = KeyFlavour::Xterm, bool applicationCursor = false);
 
-// The two-byte ESC-plus-character form a serial terminal without function
-// keys uses (ESC "2" for F2, ESC "0" for F10, ESC "h" for Home ...). Keys
-// without such a form (arrows, Enter ...) fall back to KeySequence.
+// The ESC-plus-character form of a serial terminal without function keys (ESC
+// "2" for F2, ESC "0" for F10, ESC "h" for Home ...); other keys as KeySequence.
 std::string SerialKeySequence(Key key);
 
-// "F2", "Enter" ... for failure messages.
-const char* KeyName(Key key);
+const char* KeyName(Key key);  // "F2", "Enter" ...
 
 }  // namespace Tolm::E2E

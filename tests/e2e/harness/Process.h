@@ -1,7 +1,5 @@
 #pragma once
-
 // Small process helpers for the harness (not for the code under test).
-
 #include <string>
 #include <vector>
 
@@ -13,13 +11,9 @@ struct RunResult {
     std::string err;
 };
 
-// Runs argv[0] (an absolute path) with the harness's own environment and
-// collects its standard output and error.
+// Runs argv[0] (an absolute path) with the harness's environment.
 RunResult RunCapture(const std::vector<std::string>& argv);
-
-// The libfaketime preload library for programs with threads, "" if missing.
-std::string FakeTimeLibrary();
-
+std::string FakeTimeLibrary();                  // libfaketime for threaded programs, "" if missing
 std::string ReadFile(const std::string& path);  // "" if missing
 
 }  // namespace Tolm::E2E

@@ -28,22 +28,12 @@ void AppendUtf8(std::string& out, uint32_t c)
     }
 }
 
-int Hex(char c)
+// The value of `s` read as hex digits, -1 unless it is all hex digits.
+int HexValue(std::string_view s)
 {
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    if (c >= 'a' && c <= 'f')
-        return c - 'a' + 10;
-    if (c >= 'A' && c <= 'F')
-        return c - 'A' + 10;
-    return -1;
-}
-
-int HexByte(std::string_view s)  // two hex digits, or -1
-{
-    if (s.size() < 2 || Hex(s[0]) < 0 || Hex(s[1]) < 0)
+    if (s.empty() || s.find_first_not_of("0123456789abcdefABCDEF") != std::string_view::npos)
         return -1;
-    return Hex(s[0]) * 16 + Hex(s[1]);
+    return std::stoi(std::string(s), nullptr, 16);
 }
 
 // Longest escape sequence we hold back before giving up and passing it on.
@@ -60,18 +50,8 @@ std::ostream& operator<<(std::ostream& os, const Rgb& c)
 
 std::ostream& operator<<(std::ostream& os, const Cell& c)
 {
-    os << "'" << c.text << "' fg=" << c.fg << " bg=" << c.bg;
-    if (c.bold)
-        os << " bold";
-    if (c.underline)
-        os << " underline";
-    if (c.blink)
-        os << " blink";
-    if (c.reverse)
-        os << " reverse";
-    if (c.italic)
-        os << " italic";
-    return os;
+    return os << "'" << c.text << "' fg=" << c.fg << " bg=" << c.bg << (c.bold ? " bold" : "")
+              << (c.reverse ? " reverse" : "");
 }
 
 std::ostream& operator<<(std::ostream& os, const Pos& p)
@@ -165,10 +145,9 @@ void Screen::Filter(std::string_view bytes, std::string& out)
             pending_.clear();
         } else if (p[2] == 'P') {
             if (p.size() == 10) {
-                const int index = Hex(p[3]);
-                const int r = HexByte(std::string_view(p).substr(4, 2));
-                const int g = HexByte(std::string_view(p).substr(6, 2));
-                const int b = HexByte(std::string_view(p).substr(8, 2));
+                const std::string_view v(p);
+                const int index = HexValue(v.substr(3, 1)), r = HexValue(v.substr(4, 2));
+                const int g = HexValue(v.substr(6, 2)), b = HexValue(v.substr(8, 2));
                 if (index >= 0 && r >= 0 && g >= 0 && b >= 0)
                     palette_[index] = Rgb{uint8_t(r), uint8_t(g), uint8_t(b)};
                 pending_.clear();
@@ -202,9 +181,7 @@ void Screen::HandleOsc(std::string_view body)
         body = end == std::string_view::npos ? std::string_view() : body.substr(end + 1);
         if (colour.substr(0, 4) != "rgb:" || colour.size() < 12)
             continue;
-        const int r = HexByte(colour.substr(4, 2));
-        const int g = HexByte(colour.substr(7, 2));
-        const int b = HexByte(colour.substr(10, 2));
+        const int r = HexValue(colour.substr(4, 2)), g = HexValue(colour.substr(7, 2)), b = HexValue(colour.substr(10, 2));
         if (r >= 0 && g >= 0 && b >= 0)
             palette_[index] = Rgb{uint8_t(r), uint8_t(g), uint8_t(b)};
     }
@@ -261,15 +238,12 @@ Cell Screen::CellAt(int col, int row) const
         AppendUtf8(out.text, cell.chars[i]);
 
     auto colour = [](const VTermColor& c, bool isDefault) {
-        return isDefault ? kDefaultColor : VTERM_COLOR_IS_INDEXED(&c) ? c.indexed.idx : kRgbColor;
+        return isDefault ? kDefaultColor : VTERM_COLOR_IS_INDEXED(&c) ? c.indexed.idx : -2;
     };
     out.fg = colour(cell.fg, VTERM_COLOR_IS_DEFAULT_FG(&cell.fg));
     out.bg = colour(cell.bg, VTERM_COLOR_IS_DEFAULT_BG(&cell.bg));
     out.bold = cell.attrs.bold;
-    out.underline = cell.attrs.underline != 0;
-    out.blink = cell.attrs.blink;
     out.reverse = cell.attrs.reverse;
-    out.italic = cell.attrs.italic;
     return out;
 }
 
@@ -289,6 +263,21 @@ Pos Screen::Cursor() const
     VTermPos pos{};
     vterm_state_get_cursorpos(vterm_obtain_state(vt_), &pos);
     return Pos{pos.col, pos.row};
+}
+
+std::string Screen::Grid(int top, int bottom, int left, int right) const
+{
+    std::string out;
+    for (int row = NormRow(top); row <= NormRow(bottom); ++row) {
+        const RowCells rc = Cells(row);
+        size_t from = 0, to = 0;
+        while (from < rc.colOfByte.size() && rc.colOfByte[from] < left)
+            ++from;
+        for (to = from; to < rc.colOfByte.size() && (right < 0 || rc.colOfByte[to] < right);)
+            ++to;
+        out += rc.text.substr(from, to - from) + "|\n";
+    }
+    return out;
 }
 
 std::string Screen::Dump() const

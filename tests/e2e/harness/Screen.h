@@ -20,21 +20,16 @@ struct Rgb {
 };
 std::ostream& operator<<(std::ostream& os, const Rgb& c);
 
-// Index of a colour the program did not set (the terminal's default).
+// A colour the program did not set (the terminal's default); -2 is direct RGB.
 inline constexpr int kDefaultColor = -1;
-// A colour the program set as direct RGB rather than by palette index.
-inline constexpr int kRgbColor = -2;
 
 // One character cell as the terminal shows it.
 struct Cell {
     std::string text;        // UTF-8; " " for an empty cell
-    int fg = kDefaultColor;  // palette index 0..255, kDefaultColor or kRgbColor
+    int fg = kDefaultColor;  // palette index 0..255
     int bg = kDefaultColor;
     bool bold = false;
-    bool underline = false;
-    bool blink = false;
     bool reverse = false;    // curses' standout is reverse video on xterm and linux
-    bool italic = false;
 };
 std::ostream& operator<<(std::ostream& os, const Cell& c);
 
@@ -73,8 +68,10 @@ public:
     std::optional<Pos> Find(std::string_view text) const;
     Pos Cursor() const;
 
-    // Every row framed with its number and a visible end "|", for failure
-    // messages.
+    // Rows top..bottom, columns left..right-1 (right -1: to the edge), each
+    // ended by a visible "|": a whole layout to compare at once.
+    std::string Grid(int top, int bottom, int left = 0, int right = -1) const;
+    // Every row with its number and a visible end, for failure messages.
     std::string Dump() const;
 
     // Whether the program asked for application cursor keys (ESC [?1h).
