@@ -94,17 +94,6 @@ TEST_F(GetKeyTest, ShortIdleTimeoutActsAsOneMinute)
     EXPECT_EQ(Frame::fgFrame, nullptr);
 }
 
-TEST_F(GetKeyTest, IdleTimeoutDimsAtOneMinuteAndExpiresAtTheLimit)
-{
-    Frame::_idleTimeout = 600;
-    EXPECT_THROW(Frame::GetKey(&window, true), TolmTimeout);
-    EXPECT_NEAR(clock.Elapsed(), 600.0, 0.001);
-    EXPECT_EQ(window.draws, std::vector<bool>{false});
-    ASSERT_GE(clock.waits.size(), 2u);
-    EXPECT_DOUBLE_EQ(*clock.waits[0], 60.0);
-    EXPECT_NEAR(*clock.waits[1], 540.0, 0.001);
-}
-
 TEST_F(GetKeyTest, ZeroTimeoutOrStatusScreenNeverTimesOut)
 {
     for (bool zeroTimeout : {true, false}) {

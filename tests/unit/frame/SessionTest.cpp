@@ -75,21 +75,5 @@ TEST_F(SessionTest, CardLookupTakesTheFirstNonEmptyIdOfThePresentTokens)
     EXPECT_NE(Syslog().find("Error trying to lookup smart card tokens."), std::string::npos);
 }
 
-using SessionDeathTest = SessionTest;
-
-TEST_F(SessionDeathTest, RemovingTheCardOfASmartCardLoginEndsTheProcess)
-{
-    root.Set("/smartCards/slots", json::array({{{"name", "s"}, {"token", {{"label", "x"}, {"userIds", {"carol"}}}}}}));
-    Frame::SetLoginName("carol");
-    Frame::_loggedIn = true;
-    EXPECT_TRUE(Frame::_isLoggedWithSmartCard);
-    EXPECT_EQ(Exec::LoginName(), "carol");
-    Frame::CheckSmartCard();  // card still there: nothing happens
-    root.Set("/smartCards/slots/0/token", nullptr);
-    EXPECT_EXIT(Frame::CheckSmartCard(), ::testing::ExitedWithCode(0), "");
-    EXPECT_NE(Syslog().find("Logging out user id 'carol'"), std::string::npos);
-    Frame::_loggedIn = false;
-}
-
 }  // namespace
 }  // namespace Tolm

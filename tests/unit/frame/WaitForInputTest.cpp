@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
-#include "TestTerminal.h"
+#include "CursesFixture.h"
 #include "frame/Frame.h"
 #include "frame/Keys.h"
 
@@ -32,7 +32,7 @@ protected:
         return Frame::WaitForInput(&limit);
     }
 
-    FrameTest::TestTerminal terminal{"xterm"};
+    Tolm::Test::TestTerminal terminal{"xterm"};
     int signals[2] = {-1, -1};
 };
 

@@ -1,0 +1,117 @@
+#pragma once
+// A real curses screen for the frame's and the widgets' tests: output goes to
+// /dev/null, input comes from a pipe on descriptor 0 (where the frame reads
+// keys), so a test can type bytes, draw windows and read back what landed.
+#include <curses.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "frame/Terminal.h"
+
+namespace Tolm::Test {
+
+class TestTerminal {
+public:
+    explicit TestTerminal(const char* term, int lines = 25, int cols = 80)
+    {
+        _savedStdin = dup(0);
+        if (int fds[2]; pipe(fds) == 0) {
+            dup2(fds[0], 0);
+            close(fds[0]);
+            _keys = fds[1];
+        }
+        _out = std::fopen("/dev/null", "w");
+        setenv("LINES", std::to_string(lines).c_str(), 1);
+        setenv("COLUMNS", std::to_string(cols).c_str(), 1);
+        _screen = newterm(term, _out, stdin);
+        if (_screen) {
+            set_term(_screen);
+            cbreak();
+            noecho();
+            keypad(stdscr, TRUE);
+        }
+    }
+    ~TestTerminal()
+    {
+        if (_screen) {
+            endwin();
+            delscreen(_screen);
+        }
+        stdscr = nullptr;
+        if (_out) std::fclose(_out);
+        if (_keys >= 0) close(_keys);
+        dup2(_savedStdin, 0);
+        close(_savedStdin);
+        bwColor = false;
+    }
+    bool Ok() const { return _screen != nullptr; }
+    // Bytes as the terminal would send them.
+    void Type(const std::string& bytes) { (void)!write(_keys, bytes.data(), bytes.size()); }
+
+private:
+    int _savedStdin = -1;
+    int _keys = -1;
+    FILE* _out = nullptr;
+    SCREEN* _screen = nullptr;
+};
+
+}  // namespace Tolm::Test
+
+// An 80x25 colour terminal with the console's colours.
+class CursesTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(terminal.Ok());
+        start_color();
+        Tolm::InitColors();
+    }
+
+    // The text of one line of `win` (wide characters as UTF-32).
+    static std::wstring Line(WINDOW* win, int y)
+    {
+        std::wstring text;
+        for (int x = 0; x < getmaxx(win); ++x) {
+            cchar_t cell;
+            if (mvwin_wch(win, y, x, &cell) == ERR) break;
+            wchar_t chars[CCHARW_MAX + 1] = {};
+            attr_t attrs;
+            short pair;
+            getcchar(&cell, chars, &attrs, &pair, nullptr);
+            text += chars[0] ? chars[0] : L' ';
+        }
+        return text;
+    }
+    static std::string Narrow(const std::wstring& text) { return std::string(text.begin(), text.end()); }
+    // Every line of `win` in UTF-8, each ended by a visible "|": a whole layout at once.
+    static std::string Grid(WINDOW* win)
+    {
+        std::string grid;
+        for (int y = 0; y < getmaxy(win); ++y) {
+            for (wchar_t c : Line(win, y)) {
+                if (c < 0x80) grid += static_cast<char>(c);
+                else grid += {char(0xE0 | (c >> 12)), char(0x80 | ((c >> 6) & 0x3F)), char(0x80 | (c & 0x3F))};
+            }
+            grid += "|\n";
+        }
+        return grid;
+    }
+    // The colour pair of one cell.
+    static int PairAt(WINDOW* win, int y, int x)
+    {
+        cchar_t cell;
+        if (mvwin_wch(win, y, x, &cell) == ERR) return -1;
+        wchar_t chars[CCHARW_MAX + 1] = {};
+        attr_t attrs;
+        short pair;
+        int extended = 0;
+        getcchar(&cell, chars, &attrs, &pair, &extended);
+        return extended;
+    }
+
+    Tolm::Test::TestTerminal terminal{"xterm-256color"};
+};
