@@ -1,5 +1,6 @@
-// Faults, the event facility and options. The version record and boot option
-// are read through the catalogue's product line and the status screen.
+// Faults, running the root's programs and options. The event facility is
+// checked through the console's events, the version record through the
+// catalogue's product line.
 #include "HostRoot.h"
 
 #include "host/HostCtlException.h"
@@ -7,7 +8,6 @@
 
 #include <fcntl.h>
 #include <unistd.h>
-
 
 namespace Tolm::Test {
 namespace {
@@ -68,28 +68,6 @@ TEST(Exec, RunsTheRootsProgramWithItsArgumentsAsGivenAndNoOutput)
     EXPECT_EQ(0, status);
     EXPECT_EQ("-d /var/log/\n", ReadFile(root.Root() + "/sbin/args"));
     EXPECT_EQ("", ReadFile(captured));
-}
-
-TEST(EventFacility, RecordsAreLinesOfTheEventLog)
-{
-    HostRoot root;
-    ASSERT_EQ(0, EvtUserLib_Init());
-    EXPECT_EQ(0, EvtUserLib_AddEvt("@&!*@*@(%s)Restarting %s", "evt.user.tolm.network.restart", "tarn0"));
-    EXPECT_EQ(0, EvtUserLib_AddEvt("@&!*@*@(evt.user.tolm.shutdown.host)Shutting down host"));
-    EvtUserLib_Close();
-    EXPECT_EQ("@&!*@*@(evt.user.tolm.network.restart)Restarting tarn0\n"
-              "@&!*@*@(evt.user.tolm.shutdown.host)Shutting down host\n",
-              ReadFile(root.Root() + "/var/log/evtd.log"));
-    EXPECT_NE(0, EvtUserLib_AddEvt("after close"));
-}
-
-TEST(EventFacility, UnavailableFacilityFailsToOpen)
-{
-    HostRoot root;
-    root.Set("/eventFacility/available", false);
-    EXPECT_NE(0, EvtUserLib_Init());
-    EXPECT_NE(0, EvtUserLib_AddEvt("dropped"));
-    EXPECT_FALSE(std::filesystem::exists(root.Root() + "/var/log/evtd.log"));
 }
 
 TEST(Options, IntegerOptionsKeepTheirLimits)
