@@ -21,16 +21,12 @@ cat "$root/answer" 2>/dev/null
 status=$(cat "$root/status-$2" 2>/dev/null)
 exit ${status:-0})";
 
-constexpr const char* kFakePowerOffVms = R"(root=$(dirname "$0")/..
-echo "powerOffVms $*" >> "$root/calls.log")";
-
 class OrlaCmdTest : public TempRootTest {
 protected:
     void SetUp() override
     {
         TempRootTest::SetUp();
         WriteTool("/bin/orla-cmd", kFakeOrlaCmd);
-        WriteTool("/bin/powerOffVms", kFakePowerOffVms);
         Exec::SetLoginName("root");
     }
 
@@ -85,18 +81,6 @@ TEST_F(OrlaCmdTest, OtherFailuresAreNotRetried)
     EXPECT_EQ(RunOrlaCmd("/bin/orla-cmd", argv, nullptr, nullptr, nullptr, nullptr, nullptr, 0), 254);
     EXPECT_EQ(Calls().size(), 1u);
     EXPECT_THAT(LogLines(), IsEmpty());
-}
-
-TEST_F(OrlaCmdTest, RefreshAndPowerOffRunAsLoggedInUser)
-{
-    RefreshInternalServices();
-    PowerOffVms(false);
-    PowerOffVms(true);
-    EXPECT_THAT(Calls(), ElementsAre("orla-cmd -U root internalsvc/refresh",
-                                     "orla-cmd -U root hostsvc/autostartmanager/autostop",
-                                     "powerOffVms --terminate",
-                                     "orla-cmd -U root hostsvc/autostartmanager/autostop",
-                                     "powerOffVms "));
 }
 
 struct BoolCase {
