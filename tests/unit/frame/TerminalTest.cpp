@@ -1,5 +1,5 @@
-// Palette, pair numbering and the black-and-white fallback on real terminal
-// descriptions.
+// Pairs on real terminal descriptions; the black-and-white fallback is the
+// status screen's end-to-end test.
 #include <gtest/gtest.h>
 
 #include "CursesFixture.h"
@@ -53,21 +53,6 @@ TEST(Terminal, PairsBeyondAChtypeWorkOn256Colours)
     getcchar(&cell, text, &attrs, &shortPair, &pair);
     EXPECT_EQ(pair, highest);
     delwin(win);
-}
-
-TEST(Terminal, MonochromeFallsBackToStandoutForDarkBackgrounds)
-{
-    Tolm::Test::TestTerminal terminal("xterm");  // cannot redefine colours
-    ASSERT_TRUE(terminal.Ok());
-    start_color();
-    InitColors();
-    EXPECT_TRUE(bwColor);
-    for (int foreground : Color::All) {
-        EXPECT_EQ(ColorAttr(Color::DarkGrey, foreground), (Attr{A_STANDOUT, 0}));
-        EXPECT_EQ(ColorAttr(Color::Black, foreground), (Attr{A_STANDOUT, 0}));
-        for (int background : {Color::White, Color::Yellow, Color::LightGrey, Color::Red})
-            EXPECT_EQ(ColorAttr(background, foreground), (Attr{A_NORMAL, 0}));
-    }
 }
 
 }  // namespace
