@@ -109,6 +109,7 @@ public:
     void SendEsc();
 
     // ---- Screen ------------------------------------------------------------
+    int Cols() const { return Locked(&Screen::Cols); }
     int Rows() const { return Locked(&Screen::Rows); }
     std::string Row(int row, Trim trim = Trim::TrailingSpaces) const;  // -1: last row
     // Rows top..bottom (inclusive, negative from the bottom), columns

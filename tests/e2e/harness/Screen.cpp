@@ -243,6 +243,7 @@ Cell Screen::CellAt(int col, int row) const
     out.fg = colour(cell.fg, VTERM_COLOR_IS_DEFAULT_FG(&cell.fg));
     out.bg = colour(cell.bg, VTERM_COLOR_IS_DEFAULT_BG(&cell.bg));
     out.bold = cell.attrs.bold;
+    out.underline = cell.attrs.underline != 0;
     out.reverse = cell.attrs.reverse;
     return out;
 }

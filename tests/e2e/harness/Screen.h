@@ -29,6 +29,7 @@ struct Cell {
     int fg = kDefaultColor;  // palette index 0..255
     int bg = kDefaultColor;
     bool bold = false;
+    bool underline = false;
     bool reverse = false;    // curses' standout is reverse video on xterm and linux
 };
 std::ostream& operator<<(std::ostream& os, const Cell& c);
