@@ -82,7 +82,7 @@ TEST(StatusKeys, AfterAMinuteScreensDimAndTheNextKeyRepaintsThem)
     tolm.Type("z");
     EXPECT_TRUE(tolm.WaitUntil(
         [&] { return tolm.CellAt(product.col, product.row).fg == 7 && tolm.CellAt(0, 0).bg == 6; }, "repainted"));
-    EXPECT_TRUE(tolm.HasText("http://tarnhost01/"));
+    EXPECT_TRUE(tolm.WaitForText("http://tarnhost01/"));  // the rest of the repaint may come in a later read
 
     // In the menu both panes dim and get their own colours back. Logging in
     // re-reads the timeout: none now.
