@@ -45,7 +45,8 @@ RestartAgentsDialog::RestartAgentsDialog(Frame* parent)
     : Dialog(parent, WIDTH, HEIGHT, TITLE_HEIGHT), _collect(std::make_unique<CheckItem>(Text(ID_COLLECT)))
 {
     if (Window* content = Content()) {
-        _progress = content->AddChild<TextArea>(0, 0, content->Width(), PROGRESS_ROWS);
+        // Indented as far as the check item's text.
+        _progress = content->AddChild<TextArea>(1, 0, content->Width() - 1, PROGRESS_ROWS);
         _items = content->AddChild<ItemList>(0, content->Height() - 1, content->Width(), 1);
         _items->SetItems({_collect.get()});
     }

@@ -15,6 +15,8 @@ namespace {
 using nlohmann::json;
 
 constexpr const char* TIMEOUTS = "Modify Talvo Shell and SSH timeouts";
+// Its title in the right pane wraps before "timeouts".
+constexpr const char* TIMEOUTS_TITLE = "Modify Talvo Shell and SSH";
 constexpr const char* INVALID = "Invalid timeout value";
 constexpr const char* AGENTS_DONE = "Starting management agents. Done.";
 
@@ -23,9 +25,11 @@ bool OpenTroubleshooting(Console& tolm)
 {
     if (!LogInToMenu(tolm)) return false;
     const std::regex entry("System Customization +Troubleshooting Options");
-    for (int i = 0; i < 16 && !std::regex_search(tolm.Row(1), entry); ++i) {
+    while (!std::regex_search(tolm.Row(1), entry)) {
+        const std::string before = tolm.Row(1);
         tolm.Press(Key::Down);
-        if (!Settle(tolm)) return false;
+        if (!tolm.WaitUntil([&] { return tolm.Row(1) != before; }, "the next menu entry") || !Settle(tolm))
+            return false;
     }
     tolm.Press(Key::Enter);
     return tolm.WaitForText("Modify Tolm idle timeout") && Settle(tolm);
@@ -47,6 +51,20 @@ bool SelectEntry(Console& tolm, const std::string& name, int downs)
 bool Running(const Console& tolm, const std::string& service)
 {
     return tolm.State("/services/" + service + "/running") == true;
+}
+
+// The console's idle timeout field shows `minutes` (the menu's title holds
+// the label's words too).
+bool TolmFieldReads(Console& tolm, const std::string& minutes)
+{
+    const std::regex field("  Tolm idle timeout +\\[ " + minutes + " ");
+    return tolm.WaitUntil(
+        [&] {
+            for (int row = 0; row < 25; ++row)
+                if (std::regex_search(tolm.Row(row), field)) return true;
+            return false;
+        },
+        "Tolm idle timeout " + minutes);
 }
 
 // Clears the focused field and types `text`.
@@ -101,7 +119,7 @@ TEST(Troubleshooting, SshAndShellFollowTheHost)
     EXPECT_TRUE(tolm.WaitForText("Enable SSH"));
 
     // Both off: the timeouts entry can be chosen again.
-    ASSERT_TRUE(SelectEntry(tolm, TIMEOUTS, 1));
+    ASSERT_TRUE(SelectEntry(tolm, TIMEOUTS_TITLE, 1));
 
     // The shell alone greys it out too; the host refusing to start it is
     // shown as it is.
@@ -126,7 +144,7 @@ TEST(Troubleshooting, ShellTimeouts)
     tolm.SetValue("/advancedOptions/UserVars/TalvoShellInteractiveTimeOut/value", 900);
     tolm.Start();
     ASSERT_TRUE(OpenTroubleshooting(tolm));
-    ASSERT_TRUE(SelectEntry(tolm, TIMEOUTS, 2));
+    ASSERT_TRUE(SelectEntry(tolm, TIMEOUTS_TITLE, 2));
     tolm.Press(Key::Enter);
     ASSERT_TRUE(tolm.WaitForText("Set the timeouts for Talvo Shell access"));
     EXPECT_TRUE(FieldReads(tolm, "Availability timeout", R"( +\[ 0 )"));
@@ -166,7 +184,7 @@ TEST(Troubleshooting, ShellTimeouts)
     // With talvocli failing nodecli writes the value; the unchanged idle row
     // writes nothing.
     tolm.SetValue("/faults/talvocli", "connection refused");
-    ASSERT_TRUE(Selected(tolm, TIMEOUTS));
+    ASSERT_TRUE(Selected(tolm, TIMEOUTS_TITLE));
     tolm.Press(Key::Enter);
     ASSERT_TRUE(FieldReads(tolm, "Availability timeout", R"( +\[ 1440 )"));
     ASSERT_TRUE(Settle(tolm));
@@ -186,9 +204,9 @@ TEST(Troubleshooting, TolmIdleTimeoutCountsAtOnce)
     tolm.UseFakeTime("+0 x60");
     tolm.Start();
     ASSERT_TRUE(OpenTroubleshooting(tolm));
-    ASSERT_TRUE(SelectEntry(tolm, "Modify Tolm idle timeout", 2));
+    ASSERT_TRUE(SelectEntry(tolm, "Modify Tolm idle timeout", 3));
     tolm.Press(Key::Enter);
-    ASSERT_TRUE(FieldReads(tolm, "Tolm idle timeout", R"( +\[ 0 )"));
+    ASSERT_TRUE(TolmFieldReads(tolm, "0"));
     ASSERT_TRUE(Settle(tolm));
     Retype(tolm, "1441");
     tolm.Press(Key::Enter);
@@ -196,6 +214,7 @@ TEST(Troubleshooting, TolmIdleTimeoutCountsAtOnce)
     ASSERT_TRUE(Settle(tolm));
     tolm.Press(Key::Enter);
     ASSERT_TRUE(tolm.WaitForTextGone(INVALID));
+    EXPECT_TRUE(TolmFieldReads(tolm, "1441"));
     EXPECT_EQ(tolm.State("/advancedOptions/UserVars/TolmTimeOut/value"), 0);
 
     // One minute, from now on: the session ends a (fast) minute later.
@@ -210,9 +229,9 @@ TEST(Troubleshooting, TolmIdleTimeoutCountsAtOnce)
     // 0 disables it.
     tolm.SetValue("/advancedOptions/UserVars/TolmTimeOut/value", 1200);
     ASSERT_TRUE(OpenTroubleshooting(tolm));
-    ASSERT_TRUE(SelectEntry(tolm, "Modify Tolm idle timeout", 2));
+    ASSERT_TRUE(SelectEntry(tolm, "Modify Tolm idle timeout", 3));
     tolm.Press(Key::Enter);
-    ASSERT_TRUE(FieldReads(tolm, "Tolm idle timeout", R"( +\[ 20 )"));
+    ASSERT_TRUE(TolmFieldReads(tolm, "20"));
     ASSERT_TRUE(Settle(tolm));
     Retype(tolm, "0");
     tolm.Press(Key::Enter);
@@ -225,7 +244,7 @@ TEST(Troubleshooting, RestartManagementAgents)
     Console tolm("typical");
     tolm.Start();
     ASSERT_TRUE(OpenTroubleshooting(tolm));
-    ASSERT_TRUE(SelectEntry(tolm, "Restart Management Agents", 3));
+    ASSERT_TRUE(SelectEntry(tolm, "Restart Management Agents", 4));
     tolm.Press(Key::Enter);
     ASSERT_TRUE(tolm.WaitForText("Restart management agents now?"));
     EXPECT_TRUE(tolm.HasText("Restart Management Agents: Confirm"));
@@ -285,8 +304,10 @@ TEST(Troubleshooting, RestartManagementAgents)
     std::filesystem::remove(tolm.RootPath("/sbin/tarnbacktrace"));
     ASSERT_TRUE(Settle(tolm));
     tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForText("[ ] Collect extra"));
     ASSERT_TRUE(Settle(tolm));
     tolm.Type(" ");
+    ASSERT_TRUE(tolm.WaitForText("[X] Collect extra"));
     ASSERT_TRUE(Settle(tolm));
     tolm.Press(Key::F11);
     ASSERT_TRUE(tolm.WaitForText(AGENTS_DONE));
