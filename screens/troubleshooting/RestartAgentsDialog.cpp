@@ -6,6 +6,7 @@
 
 #include "catalogue/Footers.h"
 #include "exec/Exec.h"
+#include "exec/ToolRun.h"
 #include "frame/Keys.h"
 #include "host/HostCtlException.h"
 #include "host/Log.h"
@@ -97,9 +98,12 @@ void RestartAgentsDialog::Restart()
     if (_collect->IsChecked() && StartLiveCore())
         Append("{color:dark-grey}" + Text(ID_COLLECTING) + " " + done + "{/color}\n");
     // The script's status is not examined: there is nothing to offer instead.
+    // Each step's line is on the screen while the script runs.
     Append(Text(ID_STOPPING) + " ");
+    BeforeToolWait();
     TarnCtl::Util::TarnCtl_Exec(STOP_AGENTS, 0, 1, 0);
     Append(done + "\n" + Text(ID_STARTING) + " ");
+    BeforeToolWait();
     TarnCtl::Util::TarnCtl_Exec(START_AGENTS, 0, 1, 0);
     Append(done + "\n");
 }
