@@ -6,7 +6,6 @@
 
 #include "catalogue/Footers.h"
 #include "exec/Exec.h"
-#include "exec/ToolRun.h"
 #include "frame/Keys.h"
 #include "host/HostCtlException.h"
 #include "host/Log.h"
@@ -100,10 +99,10 @@ void RestartAgentsDialog::Restart()
     // The script's status is not examined: there is nothing to offer instead.
     // Each step's line is on the screen while the script runs.
     Append(Text(ID_STOPPING) + " ");
-    BeforeToolWait();
+    Flush();
     TarnCtl::Util::TarnCtl_Exec(STOP_AGENTS, 0, 1, 0);
     Append(done + "\n" + Text(ID_STARTING) + " ");
-    BeforeToolWait();
+    Flush();
     TarnCtl::Util::TarnCtl_Exec(START_AGENTS, 0, 1, 0);
     Append(done + "\n");
 }
