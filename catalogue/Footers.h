@@ -75,6 +75,13 @@ inline constexpr const char* FOOTER_MENU_RUN_TEST =
 inline constexpr const char* FOOTER_MENU_RESET =
     "{color:white}<Enter>{/color}{color:light-grey} Reset{/color}{align:right}{color:white}<Esc>{/color}"
     "{color:light-grey} Log Out{/color}{/align}";
+// Submenus, whose Esc goes back instead of logging out.
+inline constexpr const char* FOOTER_SUBMENU_CHANGE =
+    "{color:white}<Enter>{/color}{color:light-grey} Change{/color}{align:right}{color:white}<Esc>{/color}"
+    "{color:light-grey} Exit{/color}{/align}";
+inline constexpr const char* FOOTER_SUBMENU_RESTART =
+    "{color:white}<Enter>{/color}{color:light-grey} Restart{/color}{align:right}{color:white}<Esc>{/color}"
+    "{color:light-grey} Exit{/color}{/align}";
 // Entries whose actions take their own keys, named in the help pane.
 inline constexpr const char* FOOTER_MENU_LOG_OUT =
     "{align:right}{color:white}<Esc>{/color}{color:light-grey} Log Out{/color}{/align}";

@@ -121,8 +121,7 @@ std::vector<const char*> HostArguments(const std::string& program, const char* c
     std::vector<const char*> args;
     for (const char* const* a = argv; a != nullptr && *a != nullptr; ++a)
         args.push_back(*a);
-    bool shell = program.size() >= 3 && program.compare(program.size() - 3, 3, "/sh") == 0;
-    if (shell && args.size() > 1 && args[1][0] == '/') {
+    if (HostPath::RunsScript(program) && args.size() > 1 && args[1][0] == '/') {
         script = HostPath::Resolve(args[1]);
         args[1] = script.c_str();
     }

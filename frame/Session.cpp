@@ -3,15 +3,13 @@
 #include <sys/ioctl.h>
 
 #include <cstdlib>
-#include <memory>
 
-#include "exec/Constants.h"
 #include "exec/Session.h"
 #include "frame/Frame.h"
+#include "frame/IdleTimeoutOption.h"
 #include "frame/Terminal.h"
 #include "host/HostCtlException.h"
 #include "host/Log.h"
-#include "host/TarnCtlAdv.h"
 
 namespace Tolm {
 
@@ -45,18 +43,9 @@ void Frame::SetLoginName(const std::string& name)
 
 void Frame::LoadIdleTimeout()
 {
-    unsigned timeout = kDefaultIdleTimeout;
-    try {
-        TarnCtl::Adv::AdvancedOptionImpl options;
-        std::unique_ptr<HostCtl::Adv::AdvancedOption> option = options.FindOption(TOLM_TIMEOUT_VAR);
-        if (auto* integer = dynamic_cast<HostCtl::Adv::AdvancedIntegerOption*>(option.get())) {
-            // A negative count of seconds means nothing sensible; keep the default.
-            if (integer->GetValue() >= 0) timeout = static_cast<unsigned>(integer->GetValue());
-        }
-    } catch (const HostCtl::Lib::HostCtlException&) {
-        timeout = kDefaultIdleTimeout;
-    }
-    _idleTimeout = timeout;
+    // A negative count of seconds means nothing sensible; keep the default.
+    const int timeout = GetTolmTimeout();
+    _idleTimeout = timeout >= 0 ? static_cast<unsigned>(timeout) : kDefaultIdleTimeout;
 }
 
 void Frame::Resize()

@@ -30,4 +30,9 @@ std::string Resolve(std::string_view path)
     return root + std::string(path);
 }
 
+bool RunsScript(std::string_view program)
+{
+    return program.ends_with("/sh");
+}
+
 }  // namespace Tolm::HostPath

@@ -17,4 +17,8 @@ bool IsSimulated();
 // Relative paths are returned unchanged.
 std::string Resolve(std::string_view path);
 
+// A program that runs a script named by its first argument ("/bin/sh
+// /sbin/services.sh stop"): that argument is a host path as well.
+bool RunsScript(std::string_view program);
+
 }  // namespace Tolm::HostPath

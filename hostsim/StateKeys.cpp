@@ -90,6 +90,12 @@ bool IsKnownUser(const Json& state, const std::string& user)
     return state.contains(ptr) && state.at(ptr).is_object() && state.at(ptr).contains(user);
 }
 
+bool ToolHangs(const Json& state, const std::string& tool)
+{
+    auto ptr = P("/tools/hang");
+    return state.contains(ptr) && state.at(ptr).is_object() && state.at(ptr).value(tool, false);
+}
+
 std::optional<std::string> FaultFor(const Json& state, const std::string& operation)
 {
     auto ptr = P("/faults");

@@ -21,6 +21,8 @@ bool IsKnownUser(const Json& state, const std::string& user);
 
 // A fault planted for `operation` (a tool or management command name).
 std::optional<std::string> FaultFor(const Json& state, const std::string& operation);
+// `/tools/hang/<tool>` is true: the tool never ends.
+bool ToolHangs(const Json& state, const std::string& tool);
 
 // Lockdown mode.
 bool LockdownEnabled(const Json& state);

@@ -177,19 +177,27 @@ int TarnPing(const ToolCall& call)
     return reachable ? 0 : 1;
 }
 
-// tarnbacktrace -w -n PROCESS -o NAME -d FOLDER: writes a live core of a
+// With -w the tool waits this long for an agent that is being restarted.
+constexpr auto kAgentWait = std::chrono::seconds(5);
+constexpr auto kAgentPoll = std::chrono::milliseconds(20);
+
+// tarnbacktrace (-w|-c) -n PROCESS -o NAME -d FOLDER: writes a live core of a
 // running management agent into FOLDER (a host path); "%" in NAME becomes
-// the time of the dump.
+// the time of the dump. -c needs the agent running now; -w also waits a
+// while for it, as the console takes its core while it restarts the agents.
 int TarnBacktrace(const ToolCall& call)
 {
-    const std::string usage = "-w -n PROCESS -o NAME -d FOLDER";
+    const std::string usage = "(-w|-c) -n PROCESS -o NAME -d FOLDER";
     bool write = false;
+    bool wait = false;
     std::string process, name, folder;
     for (size_t i = 0; i < call.args.size(); ++i) {
         const std::string& arg = call.args[i];
         bool hasValue = i + 1 < call.args.size();
-        if (arg == "-w" || arg == "-c")
+        if (arg == "-w" || arg == "-c") {
             write = true;
+            wait = wait || arg == "-w";
+        }
         else if (arg == "-n" && hasValue)
             process = call.args[++i];
         else if (arg == "-o" && hasValue)
@@ -205,8 +213,14 @@ int TarnBacktrace(const ToolCall& call)
     bool known = false;
     for (const char* agent : agents)
         known = known || process == agent;
-    if (!known || !AgentsRunning(call.state.Read()))
+    if (!known)
         throw Refusal("no running process named " + process);
+    const auto until = std::chrono::steady_clock::now() + kAgentWait;
+    while (!AgentsRunning(call.state.Read())) {
+        if (!wait || std::chrono::steady_clock::now() >= until)
+            throw Refusal("no running process named " + process);
+        std::this_thread::sleep_for(kAgentPoll);
+    }
     std::string stamp = std::to_string(std::chrono::duration_cast<std::chrono::seconds>(
                                            std::chrono::system_clock::now().time_since_epoch())
                                            .count());

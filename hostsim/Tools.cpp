@@ -4,8 +4,10 @@
 #include "host/HostCtlException.h"
 #include "hostsim/StateKeys.h"
 
+#include <chrono>
 #include <iostream>
 #include <map>
+#include <thread>
 
 namespace Tolm::HostSim {
 namespace {
@@ -69,10 +71,15 @@ int RunTool(const std::string& root, const std::string& name, const std::vector<
     }
     ToolCall call{root, name, args, StateOf(root)};
     try {
-        if (auto fault = FaultFor(call.state.Read(), name)) {
+        Json state = call.state.Read();
+        if (auto fault = FaultFor(state, name)) {
             std::cerr << name << ": " << *fault << "\n";
             return 1;
         }
+        // A tool that never answers, to see how its caller copes.
+        if (ToolHangs(state, name))
+            for (;;)
+                std::this_thread::sleep_for(std::chrono::hours(1));
         return it->second(call);
     } catch (const UsageError& e) {
         std::cerr << "usage: " << name << " " << e.what() << "\n";

@@ -33,7 +33,7 @@ void MenuTable::SetEntries(TextId title, std::vector<MenuEntry> entries)
     _rows.clear();
     std::vector<Item*> rows;
     for (const MenuEntry& entry : _entries) {
-        _rows.push_back(std::make_unique<LabelItem>(_screen.Text(entry.text), entry.selectable));
+        _rows.push_back(std::make_unique<LabelItem>(RowText(entry), entry.selectable));
         _rows.back()->SetEnabled(IsEnabled(entry));
         rows.push_back(_rows.back().get());
     }
@@ -47,6 +47,11 @@ void MenuTable::SetLabel(int index, TextId text)
     if (index < 0 || index >= static_cast<int>(_rows.size())) return;
     _entries[static_cast<size_t>(index)].text = text;
     _rows[static_cast<size_t>(index)]->SetLabel(_screen.Text(text));
+}
+
+std::string MenuTable::RowText(const MenuEntry& entry) const
+{
+    return entry.label ? entry.label() : _screen.Text(entry.text);
 }
 
 bool MenuTable::IsEnabled(const MenuEntry& entry) const
@@ -67,7 +72,10 @@ const MenuEntry* MenuTable::Selected() const
 void MenuTable::Show()
 {
     ItemList& list = *_screen.LeftContent();
-    for (size_t i = 0; i < _entries.size(); ++i) _rows[i]->SetEnabled(IsEnabled(_entries[i]));
+    for (size_t i = 0; i < _entries.size(); ++i) {
+        _rows[i]->SetEnabled(IsEnabled(_entries[i]));
+        if (_entries[i].label) _rows[i]->SetLabel(RowText(_entries[i]));
+    }
     const Item* selected = list.Selected();
     if (selected && !selected->enabled) {
         list.Down();

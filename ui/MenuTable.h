@@ -43,6 +43,7 @@ struct MenuEntry {
     MenuText footer;                   // right pane's footer; none: empty
     std::function<int()> open;         // what Enter opens; none: nothing
     MenuText title;                    // a title other than `text`; none: `text`
+    MenuText label;                    // a row (markup) other than `text`, re-read by Show; none: `text`
     bool selectable = true;
 
     // An empty line between groups of entries: never highlighted.
@@ -83,6 +84,7 @@ public:
 
 private:
     bool IsEnabled(const MenuEntry& entry) const;
+    std::string RowText(const MenuEntry& entry) const;
 
     RootWindow& _screen;
     TextId _title = TextId::MenuSpacer;

@@ -48,18 +48,37 @@ std::string EventLogPath(const std::string& statePath)
     return std::filesystem::path(statePath).parent_path().string() + "/evtd.log";
 }
 
-// The program (the command line's first word) is a host path and moves into
-// the host root; its arguments are the program's own business, and the
-// root's tools resolve the paths they are given themselves.
-std::string ResolveProgram(const std::string& line)
+// The absolute word of `line` that starts at or after `from` moves into the
+// host root; `from` is left after it. False when the word is not absolute.
+bool ResolveWord(std::string& line, size_t& from)
 {
-    size_t start = line.find_first_not_of(" \t");
+    size_t start = line.find_first_not_of(" \t", from);
     if (start == std::string::npos || line[start] != '/')
-        return line;
+        return false;
     size_t end = line.find_first_of(" \t", start);
     if (end == std::string::npos)
         end = line.size();
-    return line.substr(0, start) + ShellQuote(HostPath::Resolve(line.substr(start, end - start))) + line.substr(end);
+    const std::string resolved = ShellQuote(HostPath::Resolve(line.substr(start, end - start)));
+    line.replace(start, end - start, resolved);
+    from = start + resolved.size();
+    return true;
+}
+
+// The program (the command line's first word) is a host path and moves into
+// the host root, and so does the script a shell is handed; other arguments
+// are the program's own business, and the root's tools resolve the paths
+// they are given themselves.
+std::string ResolveProgram(const std::string& commandLine)
+{
+    std::string line = commandLine;
+    const size_t start = line.find_first_not_of(" \t");
+    if (start == std::string::npos)
+        return line;
+    const std::string program = line.substr(start, line.find_first_of(" \t", start) - start);
+    size_t at = 0;
+    if (ResolveWord(line, at) && HostPath::RunsScript(program))
+        ResolveWord(line, at);
+    return line;
 }
 
 // The message planted for the outermost facade operation being served.

@@ -17,6 +17,7 @@
 #include "screens/menu/SupportPages.h"
 #include "screens/netops/RestartNetworkDialog.h"
 #include "screens/netops/TestDialog.h"
+#include "screens/troubleshooting/TroubleShootingWindow.h"
 #include "catalogue/StringFactory.h"
 #include "catalogue/Footers.h"
 #include "ui/Markup.h"
@@ -64,7 +65,7 @@ GeneralWindow::GeneralWindow(Frame* parent, bool passwordSet)
         MenuEntry::Spacer(),
         {TextId::ConfigureKeyboard, help(TextId::ConfigureKeyboardHelp), always, Fixed(FOOTER_MENU_CHANGE),
          [this] { return Open<KeyboardDialog>(); }},
-        {TextId::TroubleshootingOptions, help(TextId::TroubleshootingOptionsHelp), always, Fixed(FOOTER_MENU_MORE), notYet},
+        {TextId::TroubleshootingOptions, help(TextId::TroubleshootingOptionsHelp), always, Fixed(FOOTER_MENU_MORE), [this] { return Open<TroubleShootingWindow>(); }},
         MenuEntry::Spacer(),
         {TextId::ViewSystemLogs, [this] { return Text(TextId::ViewSystemLogsHelp) + LogList(); }, always,
          Fixed(FOOTER_MENU_LOG_OUT), notYet},

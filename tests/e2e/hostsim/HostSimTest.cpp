@@ -210,7 +210,7 @@ TEST_F(HostSimTools, AgentRestartAndLiveCore)
     EXPECT_EQ(Tool("bin/sh", {Path("sbin/services.sh"), "stop"}).status, 0);
     EXPECT_EQ(State("/services/agents/running"), false);
     // With the agents down there is nothing to dump.
-    EXPECT_NE(Tool("sbin/tarnbacktrace", {"-w", "-n", "hagentd", "-o", "x", "-d", "/var/log/"}).status, 0);
+    EXPECT_NE(Tool("sbin/tarnbacktrace", {"-c", "-n", "hagentd", "-o", "x", "-d", "/var/log/"}).status, 0);
     EXPECT_EQ(Tool("bin/sh", {Path("sbin/services.sh"), "start"}).status, 0);
     EXPECT_EQ(State("/services/agents/running"), true);
     EXPECT_EQ(State("/services/agents/restarts"), 1);

@@ -68,6 +68,12 @@ TEST(Exec, RunsTheRootsProgramWithItsArgumentsAsGivenAndNoOutput)
     EXPECT_EQ(0, status);
     EXPECT_EQ("-d /var/log/\n", ReadFile(root.Root() + "/sbin/args"));
     EXPECT_EQ("", ReadFile(captured));
+
+    // The script a shell is handed is the root's too.
+    std::filesystem::create_directories(root.Root() + "/bin");
+    std::filesystem::create_symlink("/bin/sh", root.Root() + "/bin/sh");
+    EXPECT_EQ(0, TarnCtl::Util::TarnCtl_Exec("/bin/sh /sbin/tool stop /var/log/"));
+    EXPECT_EQ("stop /var/log/\n", ReadFile(root.Root() + "/sbin/args"));
 }
 
 TEST(Options, IntegerOptionsKeepTheirLimits)

@@ -1,0 +1,16 @@
+#pragma once
+// The console's own idle timeout.
+#include "screens/troubleshooting/TimeoutDialog.h"
+
+namespace Tolm {
+
+class TolmTimeoutDialog : public TimeoutDialog {
+public:
+    // The current timeout in seconds.
+    TolmTimeoutDialog(Frame* parent, int seconds);
+
+private:
+    void Apply(const std::vector<std::optional<int>>& changed) override;
+};
+
+}  // namespace Tolm

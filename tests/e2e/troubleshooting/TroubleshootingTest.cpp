@@ -1,0 +1,279 @@
+// Troubleshooting options: switching the shell and SSH, their timeouts and
+// the console's own, and restarting the management agents.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <regex>
+#include <string>
+
+#include "Steps.h"
+
+namespace Tolm::E2E {
+namespace {
+
+constexpr const char* TIMEOUTS = "Modify Talvo Shell and SSH timeouts";
+constexpr const char* TIMEOUTS_TITLE = "Modify Talvo Shell and SSH";  // wrapped in the right pane
+constexpr const char* TOLM_TIMEOUT = "Modify Tolm idle timeout";
+constexpr const char* INVALID = "Invalid timeout value";
+constexpr const char* AGENTS_DONE = "Starting management agents. Done.";
+
+// From the status screen into the troubleshooting screen as root.
+bool OpenTroubleshooting(Console& tolm)
+{
+    if (!LogInToMenu(tolm)) return false;
+    const std::regex entry("System Customization +Troubleshooting Options");
+    while (!std::regex_search(tolm.Row(1), entry)) {
+        const std::string before = tolm.Row(1);
+        tolm.Press(Key::Down);
+        if (!tolm.WaitUntil([&] { return tolm.Row(1) != before; }, "the next menu entry") || !Settle(tolm))
+            return false;
+    }
+    tolm.Press(Key::Enter);
+    return tolm.WaitForText(TOLM_TIMEOUT) && Settle(tolm);
+}
+
+// Down `downs` times, then the entry `title` heads the right pane.
+bool Select(Console& tolm, const std::string& title, int downs = 0)
+{
+    tolm.Press(Key::Down, downs);
+    return tolm.WaitForRow(1, "  " + title + "( |$)") && Settle(tolm);
+}
+
+// Some row shows the field `label` holding `value`.
+bool FieldShows(Console& tolm, const std::string& label, const std::string& value)
+{
+    const std::regex field("  " + label + " +\\[ " + value + " ");
+    return tolm.WaitUntil(
+        [&] {
+            for (int row = 0; row < 25; ++row)
+                if (std::regex_search(tolm.Row(row), field)) return true;
+            return false;
+        },
+        label + " " + value);
+}
+
+// Empties the focused field and types `text`.
+void Retype(Console& tolm, const std::string& text)
+{
+    tolm.Press(Key::End);
+    tolm.Press(Key::Backspace, 6);
+    tolm.Type(text);
+}
+
+// Enter is refused with the message box, which Enter closes.
+bool Refused(Console& tolm)
+{
+    tolm.Press(Key::Enter);
+    if (!tolm.WaitForText(INVALID) || !Settle(tolm)) return false;
+    tolm.Press(Key::Enter);
+    return tolm.WaitForTextGone(INVALID) && Settle(tolm);
+}
+
+nlohmann::json Option(const Console& tolm, const std::string& name)
+{
+    return tolm.State("/advancedOptions/UserVars/" + name + "/value");
+}
+
+TEST(Troubleshooting, SshAndShellFollowTheHost)
+{
+    ConsoleOptions options;
+    options.fixture = "typical";
+    options.term = "xterm-256color";
+    Console tolm(options);
+    tolm.Start();
+    ASSERT_TRUE(OpenTroubleshooting(tolm));
+
+    // SSH on: entry, pane, services, ruleset and log follow.
+    ASSERT_TRUE(Select(tolm, "SSH Support", 1));
+    EXPECT_TRUE(tolm.HasText("SSH is Disabled"));
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForText("SSH is Enabled"));
+    EXPECT_TRUE(tolm.HasText("Disable SSH"));
+    EXPECT_EQ(tolm.State("/services/ssh"), nlohmann::json::parse(R"({"enabled": true, "running": true})"));
+    EXPECT_EQ(tolm.State("/system/firewall/rulesets/sshServer/enabled"), true);
+    EXPECT_TRUE(tolm.WaitForLog("User root enabled SSH"));
+
+    // While SSH runs the timeouts entry is dark grey and skipped.
+    const Pos grey = *tolm.FindText(TIMEOUTS);
+    EXPECT_EQ(tolm.CellAt(grey.col, grey.row).fg, 6);
+    ASSERT_TRUE(Select(tolm, TOLM_TIMEOUT, 1));
+    tolm.Press(Key::Up);
+    ASSERT_TRUE(Select(tolm, "SSH Support"));
+
+    // A failing stop command: the init script stops SSH all the same.
+    tolm.SetValue("/faults/hostsvc~1stop_ssh", "agent busy");
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForText("SSH is Disabled"));
+    EXPECT_TRUE(tolm.HasText("Enable SSH"));
+    EXPECT_TRUE(tolm.WaitForLog("Unable to run orla-cmd to start/stop ssh"));
+    EXPECT_TRUE(tolm.WaitForLog("User root disabled SSH"));
+    EXPECT_EQ(tolm.State("/services/ssh/running"), false);
+    EXPECT_EQ(tolm.State("/tools/counts/SSH-stop"), 1);
+    EXPECT_EQ(tolm.State("/system/firewall/rulesets/sshServer/enabled"), false);
+    // Both off: the timeouts can be changed again.
+    ASSERT_TRUE(Select(tolm, TIMEOUTS_TITLE, 1));
+
+    // The shell alone greys the entry out too, and leaves the ruleset alone.
+    tolm.Press(Key::Up, 2);
+    ASSERT_TRUE(Select(tolm, "Talvo Shell"));
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForText("Talvo Shell is Enabled"));
+    EXPECT_TRUE(tolm.WaitForLog("User root enabled Talvo Shell"));
+    EXPECT_EQ(tolm.State("/services/shell/running"), true);
+    EXPECT_EQ(tolm.State("/system/firewall/rulesets/sshServer/enabled"), false);
+    ASSERT_TRUE(Select(tolm, TOLM_TIMEOUT, 2));
+
+    tolm.SendEsc();
+    EXPECT_TRUE(ShowsEntry(tolm, "Troubleshooting Options"));
+}
+
+TEST(Troubleshooting, ShellTimeouts)
+{
+    Console tolm("typical");
+    tolm.SetValue("/advancedOptions/UserVars/TalvoShellInteractiveTimeOut/value", 900);
+    tolm.Start();
+    ASSERT_TRUE(OpenTroubleshooting(tolm));
+    ASSERT_TRUE(Select(tolm, TIMEOUTS_TITLE, 2));
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(FieldShows(tolm, "Availability timeout", "0"));
+    EXPECT_TRUE(FieldShows(tolm, "Idle timeout", "15"));
+    ASSERT_TRUE(Settle(tolm));
+
+    // Letters and "-" never enter a field. 1441 in the idle row is refused
+    // before anything is written, and its text stays for correcting.
+    Retype(tolm, "-1a4x40");
+    tolm.Press(Key::Down);
+    Retype(tolm, "1441");
+    ASSERT_TRUE(Refused(tolm));
+    EXPECT_TRUE(FieldShows(tolm, "Availability timeout", "1440"));
+    EXPECT_TRUE(FieldShows(tolm, "Idle timeout", "1441"));
+    EXPECT_EQ(tolm.State("/tools/counts/advancedSet"), nullptr);
+
+    // 1440 minutes are stored as 86400 seconds, and SSH, started behind the
+    // dialog's back, is restarted to see them; 0 disables the idle timeout.
+    tolm.SetValue("/services/ssh/running", true);
+    Retype(tolm, "0");
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForLog("Disabled shell interactive timeout"));
+    EXPECT_TRUE(tolm.WaitForLog("Modified Shell timeout to 1440 minutes"));
+    EXPECT_EQ(Option(tolm, "TalvoShellTimeOut"), 86400);
+    EXPECT_EQ(Option(tolm, "TalvoShellInteractiveTimeOut"), 0);
+    EXPECT_EQ(tolm.State("/tools/counts/SSH-restart"), 1);
+    EXPECT_EQ(tolm.State("/tools/counts/TalvoShell-restart"), nullptr);
+    tolm.SetValue("/services/ssh/running", false);
+
+    // With talvocli failing nodecli writes the value; the unchanged idle row
+    // writes nothing.
+    tolm.SetValue("/faults/talvocli", "connection refused");
+    ASSERT_TRUE(Select(tolm, TIMEOUTS_TITLE));
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(FieldShows(tolm, "Availability timeout", "1440"));
+    ASSERT_TRUE(Settle(tolm));
+    Retype(tolm, "0");
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForLog("Disabled Shell timeout"));
+    EXPECT_EQ(Option(tolm, "TalvoShellTimeOut"), 0);
+    EXPECT_EQ(tolm.State("/tools/counts/advancedSet"), 3);
+}
+
+TEST(Troubleshooting, TolmIdleTimeoutCountsAtOnce)
+{
+    Console tolm("typical");
+    // No timeout for the session as it starts.
+    tolm.SetValue("/advancedOptions/UserVars/TolmTimeOut/value", 0);
+    tolm.UseFakeTime("+0 x60");
+    tolm.Start();
+    ASSERT_TRUE(OpenTroubleshooting(tolm));
+    ASSERT_TRUE(Select(tolm, TOLM_TIMEOUT, 3));
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(FieldShows(tolm, "Tolm idle timeout", "0"));
+    ASSERT_TRUE(Settle(tolm));
+    Retype(tolm, "1441");
+    ASSERT_TRUE(Refused(tolm));
+    EXPECT_TRUE(FieldShows(tolm, "Tolm idle timeout", "1441"));
+    EXPECT_EQ(Option(tolm, "TolmTimeOut"), 0);
+
+    // One minute, from now on: the session ends a (fast) minute later.
+    Retype(tolm, "1");
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForLog("Modified Tolm timeout to 1 minutes"));
+    EXPECT_EQ(Option(tolm, "TolmTimeOut"), 60);
+    EXPECT_TRUE(tolm.WaitForLog("User root logged out."));
+    ASSERT_TRUE(tolm.WaitForText("Download tools to manage this host from:"));
+
+    // 0 disables it.
+    tolm.SetValue("/advancedOptions/UserVars/TolmTimeOut/value", 1200);
+    ASSERT_TRUE(OpenTroubleshooting(tolm));
+    ASSERT_TRUE(Select(tolm, TOLM_TIMEOUT, 3));
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(FieldShows(tolm, "Tolm idle timeout", "20"));
+    ASSERT_TRUE(Settle(tolm));
+    Retype(tolm, "0");
+    tolm.Press(Key::Enter);
+    EXPECT_TRUE(tolm.WaitForLog("Disabled Tolm timeout"));
+    EXPECT_EQ(Option(tolm, "TolmTimeOut"), 0);
+}
+
+// Opens the restart dialog, sets its check box, restarts and waits for the
+// end. `spaces` toggles the box that many times.
+bool RestartAgents(Console& tolm, int spaces)
+{
+    tolm.Press(Key::Enter);
+    if (!tolm.WaitForText("[ ] Collect extra troubleshooting information") || !Settle(tolm)) return false;
+    tolm.Type(std::string(static_cast<size_t>(spaces), ' '));
+    if (!tolm.WaitForText(spaces % 2 ? "[X] Collect" : "[ ] Collect") || !Settle(tolm)) return false;
+    tolm.Press(Key::F11);
+    if (!tolm.WaitForText(AGENTS_DONE) || !tolm.HasText("Stopping management agents. Done.") || !Settle(tolm))
+        return false;
+    // The live-core line only when a thread was started for it.
+    if (tolm.HasText("Collecting host agent live core information. Done.") != (spaces % 2 == 1)) return false;
+    tolm.Press(Key::Enter);
+    return tolm.WaitForTextGone(AGENTS_DONE) && Settle(tolm);
+}
+
+TEST(Troubleshooting, RestartManagementAgents)
+{
+    Console tolm("typical");
+    tolm.Start();
+    ASSERT_TRUE(OpenTroubleshooting(tolm));
+    ASSERT_TRUE(Select(tolm, "Restart Management Agents", 4));
+
+    // Enter does nothing on the question; Esc restarts nothing.
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForText("Restart management agents now?"));
+    ASSERT_TRUE(Settle(tolm));
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(Settle(tolm));
+    tolm.SendEsc();
+    ASSERT_TRUE(tolm.WaitForTextGone("Restart management agents now?"));
+    EXPECT_EQ(tolm.State("/tools/counts/services-stop"), nullptr);
+
+    // Checked and unchecked again: no live core.
+    ASSERT_TRUE(Settle(tolm));
+    ASSERT_TRUE(RestartAgents(tolm, 2));
+    EXPECT_EQ(tolm.State("/services/agents/restarts"), 1);
+    EXPECT_TRUE(tolm.WaitForLog("Restarting host agents"));
+    EXPECT_TRUE(tolm.WaitForEvent("@&!*@*@(evt.user.tolm.restarting.hostagents)Restarting host agents"));
+    EXPECT_EQ(Count(tolm.Syslog(), "tarnbacktrace"), 0u);
+
+    // With the live core: a core in the log folder and an alert when done.
+    ASSERT_TRUE(RestartAgents(tolm, 1));
+    EXPECT_TRUE(tolm.WaitForLog("Executing tarnbacktrace -c against hagentd"));
+    ASSERT_TRUE(tolm.WaitUntil(
+        [&] { return tolm.State("/system/alerts").dump().find("Hagentd core dump completed") != std::string::npos; },
+        "core dump alert"));
+    int cores = 0;
+    for (const auto& file : std::filesystem::directory_iterator(tolm.RootPath("/var/log")))
+        cores += std::regex_match(file.path().filename().string(), std::regex(R"(hagentd-restart\d+\.core)"));
+    EXPECT_EQ(cores, 1);
+    EXPECT_EQ(tolm.State("/services/agents/restarts"), 2);
+
+    // Without the tool the restart still happens and the failure is logged.
+    std::filesystem::remove(tolm.RootPath("/sbin/tarnbacktrace"));
+    ASSERT_TRUE(RestartAgents(tolm, 1));
+    EXPECT_TRUE(tolm.WaitForLog("tarnbacktrace failed, probably hagentd was down"));
+    EXPECT_EQ(tolm.State("/services/agents/restarts"), 3);
+}
+
+}  // namespace
+}  // namespace Tolm::E2E
