@@ -16,7 +16,7 @@ build: configure
 	@cmake --build $(BUILD) -j $(JOBS)
 
 test: build
-	@cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
+	@cd $(BUILD) && ctest --output-on-failure -j $(JOBS) --repeat until-pass:2
 
 # The same tests under AddressSanitizer and UndefinedBehaviorSanitizer.
 sanitize:
