@@ -1,6 +1,6 @@
 #pragma once
 // Steps the console's end-to-end tests share: waiting for start-up, logging
-// in, and reading the menu and the input fields.
+// in, opening a menu entry, and reading and typing into input fields.
 #include <regex>
 #include <string>
 
@@ -83,6 +83,51 @@ inline bool FieldReads(Console& tolm, const std::string& label, const std::strin
             return at && std::regex_search(tolm.Row(at->row), pattern);
         },
         "field " + label + " to read " + regex);
+}
+
+// Some row shows the field `label` holding `value`.
+inline bool FieldShows(Console& tolm, std::string_view label, const std::string& value)
+{
+    return tolm.WaitUntil(
+        [&] {
+            for (int row = 0; row < tolm.Rows(); ++row) {
+                const std::string line = tolm.Row(row);
+                const size_t at = line.find(label);
+                if (at != std::string::npos && line.find("[ " + value + " ", at) != std::string::npos) return true;
+            }
+            return false;
+        },
+        std::string(label) + " showing " + value);
+}
+
+// Down from the highlighted menu entry until `entry` is highlighted, then Enter.
+inline bool OpenEntry(Console& tolm, const std::string& entry)
+{
+    const std::regex selected("System Customization +" + entry + "  ");
+    for (int i = 0; i < 16 && !std::regex_search(tolm.Row(1), selected); ++i) {
+        const std::string before = tolm.Row(1);
+        tolm.Press(Key::Down);
+        if (!tolm.WaitUntil([&] { return tolm.Row(1) != before; }, "the next entry")) return false;
+    }
+    if (!ShowsEntry(tolm, entry) || !Settle(tolm)) return false;
+    tolm.Press(Key::Enter);
+    return true;
+}
+
+// Replaces the text of the focused input row.
+inline void Retype(Console& tolm, std::string_view text)
+{
+    tolm.Press(Key::Home);
+    tolm.Press(Key::Delete, 48);
+    tolm.Type(text);
+}
+
+// The message box titled `title` showing `text` came up; Enter dismisses it.
+inline bool Dismiss(Console& tolm, std::string_view title, std::string_view text)
+{
+    if (!tolm.WaitForText(title) || !tolm.WaitForText(text) || !Settle(tolm)) return false;
+    tolm.Press(Key::Enter);
+    return tolm.WaitForTextGone(title) && Settle(tolm);
 }
 
 inline bool NameShows(Console& tolm, const std::string& name)

@@ -1,8 +1,9 @@
 // The simulated host as the console meets it: a root made by tolm-hostsim,
 // its tool scripts run as real processes and checked by their effect on the
 // shared state. Tools the console already drives end to end (lockdown,
-// stopping machines, backup, reset, power off) and the root's PAM set-up are
-// checked by the console's own tests.
+// stopping machines, backup, reset, power off, services, advanced options,
+// pings, agent restarts) and the root's PAM set-up are checked by the
+// console's own tests.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -116,107 +117,6 @@ TEST_F(HostSimTools, MisusedToolsPrintAUsageLineAndChangeNothing)
         EXPECT_NE(r.err.find("usage"), std::string::npos) << r.err;
     }
     EXPECT_EQ(host.State(""), before) << "a misused tool changes nothing";
-}
-
-TEST_F(HostSimTools, ShellAndSshFollowManagementCommandsAndInitScripts)
-{
-    auto orla = [&](const char* command) { return Tool("bin/orla-cmd", {"-U", "root", command}); };
-    auto service = [&](const char* script, const char* verb) {
-        return Tool("bin/sh", {Path(std::string("etc/init.d/") + script), verb}).status;
-    };
-    EXPECT_EQ(service("SSH", "status"), 3);
-    // A disabled service is not started.
-    EXPECT_NE(orla("hostsvc/start_ssh").status, 0);
-
-    EXPECT_EQ(orla("hostsvc/enable_ssh").status, 0);
-    EXPECT_EQ(orla("hostsvc/start_ssh").status, 0);
-    EXPECT_EQ(service("SSH", "status"), 0);
-    EXPECT_EQ(service("TalvoShell", "status"), 3);
-
-    for (const char* command : {"hostsvc/enable_talvo_shell", "hostsvc/start_talvo_shell"})
-        EXPECT_EQ(orla(command).status, 0) << command;
-    EXPECT_EQ(service("TalvoShell", "status"), 0);
-    for (const char* command : {"hostsvc/stop_talvo_shell", "hostsvc/disable_talvo_shell"})
-        EXPECT_EQ(orla(command).status, 0) << command;
-    EXPECT_EQ(State("/services/shell/enabled"), false);
-    EXPECT_EQ(State("/services/shell/running"), false);
-
-    // A planted fault fails the command; the init script still stops the service.
-    host.SetValue("/faults/hostsvc~1stop_ssh", "agent busy");
-    RunResult stop = orla("hostsvc/stop_ssh");
-    EXPECT_NE(stop.status, 0);
-    EXPECT_NE(stop.err.find("agent busy"), std::string::npos);
-    EXPECT_EQ(State("/services/ssh/running"), true);
-    EXPECT_EQ(service("SSH", "stop"), 0);
-    EXPECT_EQ(service("SSH", "status"), 3);
-    EXPECT_NE(Tool("etc/init.d/SSH", {"bounce"}).status, 0);
-}
-
-TEST_F(HostSimTools, AdvancedOptionsAreSetWithinTheirLimitsAndReadBack)
-{
-    auto set = [&](const char* cli, std::vector<std::string> option) {
-        std::vector<std::string> args{"system", "settings", "advanced", "set", "-o"};
-        args.insert(args.end(), option.begin(), option.end());
-        return Tool(cli, args).status;
-    };
-    for (const char* cli : {"sbin/talvocli", "sbin/nodecli"}) {
-        EXPECT_EQ(set(cli, {"/UserVars/TalvoShellTimeOut", "-i", "86400"}), 0);
-        EXPECT_EQ(State("/advancedOptions/UserVars/TalvoShellTimeOut/value"), 86400);
-        host.SetValue("/advancedOptions/UserVars/TalvoShellTimeOut/value", 0);
-    }
-    EXPECT_NE(set("sbin/talvocli", {"/UserVars/TalvoShellTimeOut", "-i", "86401"}), 0);
-    EXPECT_NE(set("sbin/talvocli", {"/UserVars/Missing", "-i", "1"}), 0);
-    EXPECT_NE(set("sbin/talvocli", {"/UserVars/TolmTimeOut", "-i", "ten"}), 0);
-    EXPECT_NE(set("sbin/talvocli", {"/UserVars"}), 0);
-    EXPECT_EQ(State("/advancedOptions/UserVars/TalvoShellTimeOut/value"), 0);
-
-    host.SetValue("/advancedOptions/UserVars/TalvoShellInteractiveTimeOut/value", 900);
-    EXPECT_EQ(Tool("sbin/talvocfg-advcfg", {"-g", "/UserVars/TalvoShellInteractiveTimeOut"}).out,
-              "Value of TalvoShellInteractiveTimeOut is 900\n");
-    EXPECT_EQ(Tool("sbin/talvocfg-advcfg", {"-q", "-g", "/UserVars/TalvoShellInteractiveTimeOut"}).out, "900\n");
-    EXPECT_NE(Tool("sbin/talvocfg-advcfg", {"-g", "/UserVars/Missing"}).status, 0);
-}
-
-TEST_F(HostSimTools, TarnPingAnswersFromReachabilityLikePing)
-{
-    host.SetValue("/tools/pingIntervalMs", 0);
-    RunResult ok = Tool("sbin/tarnping", {"192.168.10.1", "-I", "tarn0"});
-    EXPECT_EQ(ok.status, 0);
-    EXPECT_NE(ok.out.find("3 packets transmitted, 3 packets received"), std::string::npos) << ok.out;
-
-    RunResult lost = Tool("sbin/tarnping", {"192.168.10.99"});
-    EXPECT_EQ(lost.status, 1);
-    EXPECT_NE(lost.out.find("100% packet loss"), std::string::npos);
-
-    json reachable = State("/network/reachableAddresses");
-    reachable.push_back("192.168.10.99");
-    host.SetValue("/network/reachableAddresses", reachable);
-    EXPECT_EQ(Tool("sbin/tarnping", {"192.168.10.99", "-c", "1"}).status, 0);
-    EXPECT_EQ(Tool("sbin/tarnping", {"fe80::1%tarn0", "-I", "tarn0"}).status, 1);
-    EXPECT_EQ(Tool("sbin/tarnping", {"192.168.10.1", "-I", "tarn9"}).status, 2);
-    EXPECT_EQ(Tool("sbin/tarnping", {"not-an-address"}).status, 2);
-    EXPECT_NE(Tool("sbin/tarnping").status, 0);
-}
-
-TEST_F(HostSimTools, AgentRestartAndLiveCore)
-{
-    RunResult core = Tool("sbin/tarnbacktrace", {"-w", "-n", "hagentd", "-o", "hagentd-restart%", "-d", "/var/log/"});
-    EXPECT_EQ(core.status, 0) << core.err;
-    int cores = 0;
-    for (const auto& entry : fs::directory_iterator(Path("var/log")))
-        cores += entry.path().filename().string().rfind("hagentd-restart", 0) == 0;
-    EXPECT_EQ(cores, 1);
-
-    EXPECT_EQ(Tool("bin/sh", {Path("sbin/services.sh"), "stop"}).status, 0);
-    EXPECT_EQ(State("/services/agents/running"), false);
-    // With the agents down there is nothing to dump.
-    EXPECT_NE(Tool("sbin/tarnbacktrace", {"-c", "-n", "hagentd", "-o", "x", "-d", "/var/log/"}).status, 0);
-    EXPECT_EQ(Tool("bin/sh", {Path("sbin/services.sh"), "start"}).status, 0);
-    EXPECT_EQ(State("/services/agents/running"), true);
-    EXPECT_EQ(State("/services/agents/restarts"), 1);
-
-    EXPECT_NE(Tool("sbin/tarnbacktrace", {"-w", "-n", "sshd", "-o", "x", "-d", "/var/log/"}).status, 0);
-    EXPECT_NE(Tool("sbin/services.sh", {"reload"}).status, 0);
 }
 
 TEST_F(HostSimTools, GrabCimDataPrintsTagsAndFirmwareVersions)

@@ -6,10 +6,27 @@
 #include <string>
 #include <vector>
 
-#include "NetOps.h"
+#include "Steps.h"
 
 namespace Tolm::E2E {
 namespace {
+
+// `count` lines of a dialog's text from the row that starts with `first`,
+// each cut to `width` columns from where `first` starts, trailing blanks
+// dropped.
+std::vector<std::string> LinesFrom(const Console& tolm, const std::string& first, int count, int width)
+{
+    std::vector<std::string> lines;
+    const auto at = tolm.FindText(first);
+    if (!at) return lines;
+    for (int row = at->row; row < at->row + count && row < tolm.Rows(); ++row) {
+        std::string line;
+        for (int col = at->col; col < at->col + width && col < tolm.Cols(); ++col) line += tolm.CellAt(col, row).text;
+        line.erase(line.find_last_not_of(' ') + 1);
+        lines.push_back(line);
+    }
+    return lines;
+}
 
 constexpr const char* ENTRY = "Restart Management Network";
 constexpr const char* CONFIRM = "Restart Management Network: Confirm";

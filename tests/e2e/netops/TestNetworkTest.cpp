@@ -6,7 +6,7 @@
 #include <fstream>
 #include <string>
 
-#include "NetOps.h"
+#include "Steps.h"
 
 namespace Tolm::E2E {
 namespace {

@@ -36,12 +36,7 @@ bool Step(Console& tolm, Key key)
 // From the status screen to the menu entry, and Enter on it.
 bool EnterNetwork(Console& tolm)
 {
-    if (!LogInToMenu(tolm)) return false;
-    while (tolm.Row(1).find(SCREEN) == std::string::npos)
-        if (!Step(tolm, Key::Down)) return false;
-    if (!Settle(tolm)) return false;
-    tolm.Press(Key::Enter);
-    return true;
+    return LogInToMenu(tolm) && OpenEntry(tolm, SCREEN);
 }
 
 // From the status screen to the network screen.
@@ -76,14 +71,6 @@ bool Edit(Console& tolm, const std::string& entry, std::string_view shows)
     if (!GoTo(tolm, entry)) return false;
     tolm.Press(Key::Enter);
     return tolm.WaitForText(shows) && Settle(tolm);
-}
-
-// Replaces the text of the focused input row.
-void Retype(Console& tolm, std::string_view text)
-{
-    tolm.Press(Key::Home);
-    tolm.Press(Key::Delete, 48);
-    tolm.Type(text);
 }
 
 // Enter on the dialog showing `shows`, back on the screen with `entry` highlighted.

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <regex>
 #include <string>
 
 #include "Steps.h"
@@ -20,16 +19,8 @@ constexpr const char* AGENTS_DONE = "Starting management agents. Done.";
 // From the status screen into the troubleshooting screen as root.
 bool OpenTroubleshooting(Console& tolm)
 {
-    if (!LogInToMenu(tolm)) return false;
-    const std::regex entry("System Customization +Troubleshooting Options");
-    while (!std::regex_search(tolm.Row(1), entry)) {
-        const std::string before = tolm.Row(1);
-        tolm.Press(Key::Down);
-        if (!tolm.WaitUntil([&] { return tolm.Row(1) != before; }, "the next menu entry") || !Settle(tolm))
-            return false;
-    }
-    tolm.Press(Key::Enter);
-    return tolm.WaitForText(TOLM_TIMEOUT) && Settle(tolm);
+    return LogInToMenu(tolm) && OpenEntry(tolm, "Troubleshooting Options") && tolm.WaitForText(TOLM_TIMEOUT) &&
+           Settle(tolm);
 }
 
 // Down `downs` times, then the entry `title` heads the right pane.
@@ -39,34 +30,11 @@ bool Select(Console& tolm, const std::string& title, int downs = 0)
     return tolm.WaitForRow(1, "  " + title + "( |$)") && Settle(tolm);
 }
 
-// Some row shows the field `label` holding `value`.
-bool FieldShows(Console& tolm, const std::string& label, const std::string& value)
-{
-    const std::regex field("  " + label + " +\\[ " + value + " ");
-    return tolm.WaitUntil(
-        [&] {
-            for (int row = 0; row < 25; ++row)
-                if (std::regex_search(tolm.Row(row), field)) return true;
-            return false;
-        },
-        label + " " + value);
-}
-
-// Empties the focused field and types `text`.
-void Retype(Console& tolm, const std::string& text)
-{
-    tolm.Press(Key::End);
-    tolm.Press(Key::Backspace, 6);
-    tolm.Type(text);
-}
-
 // Enter is refused with the message box, which Enter closes.
 bool Refused(Console& tolm)
 {
     tolm.Press(Key::Enter);
-    if (!tolm.WaitForText(INVALID) || !Settle(tolm)) return false;
-    tolm.Press(Key::Enter);
-    return tolm.WaitForTextGone(INVALID) && Settle(tolm);
+    return Dismiss(tolm, INVALID, INVALID);
 }
 
 nlohmann::json Option(const Console& tolm, const std::string& name)

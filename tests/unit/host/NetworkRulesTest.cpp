@@ -1,9 +1,9 @@
-// Rules the simulated host enforces on its network.
+// Rules the simulated host enforces on its network. DHCP leases and the IPv6
+// switch taking effect at the restart are read end to end in NetworkTest.
 #include "HostRoot.h"
 
 #include "host/HostCtlException.h"
 #include "host/TarnCtl.h"
-#include "host/sim/SimRules.h"
 
 namespace Tolm::Test {
 namespace {
@@ -18,13 +18,6 @@ std::unique_ptr<TarnNic> Management()
     auto nic = info.GetManagementInterface();
     EXPECT_TRUE(nic);
     return nic;
-}
-
-IpConfig DhcpConfig()
-{
-    IpConfig c;
-    c.SetUseDhcp(true, true);
-    return c;
 }
 
 TEST(ManagementInterface, FollowsTheTaggedInterfaceWhenItsNameIsGone)
@@ -50,31 +43,6 @@ TEST(ManagementInterface, FollowsTheTaggedInterfaceWhenItsNameIsGone)
     EXPECT_THROW(nic->Refresh(), HostCtl::Lib::HostCtlException);
 }
 
-TEST(NetworkRules, DhcpGivesTheLeaseOrAFailedLookup)
-{
-    HostRoot root;
-    auto nic = Management();
-    nic->SetIpConfig(DhcpConfig());
-    IpConfig got = nic->GetIpConfig();
-    EXPECT_TRUE(got.GetUseDhcp());
-    EXPECT_EQ("192.168.10.57", got.GetIpv4Address().GetStringAddress());
-    EXPECT_FALSE(nic->IsDhcpLookupFailed());
-    EXPECT_EQ(std::vector<Ipv4Address>{Ipv4Address("192.168.10.2")}, DnsConfigImpl().GetNameServers());
-
-    root.Set("/network/dhcpServer/available", false);
-    nic->RenewDhcpLease();
-    EXPECT_EQ(0u, nic->GetIpConfig().GetIpv4Address().GetBinaryAddress());
-    EXPECT_TRUE(nic->IsDhcpLookupFailed());
-
-    // The server comes back: a restart of the interface finds it.
-    root.Set("/network/dhcpServer/available", true);
-    nic->Stop();
-    EXPECT_FALSE(nic->IsUp());
-    nic->Refresh();
-    nic->Start();
-    EXPECT_EQ("192.168.10.57", nic->GetIpConfig().GetIpv4Address().GetStringAddress());
-}
-
 TEST(NetworkRules, StaticConfigurationIsCheckedAndKept)
 {
     HostRoot root;
@@ -90,23 +58,6 @@ TEST(NetworkRules, StaticConfigurationIsCheckedAndKept)
     EXPECT_EQ("10.0.0.5", got.GetIpv4Address().GetStringAddress());
     EXPECT_THROW(nic->RenewDhcpLease(), HostCtlException);
     EXPECT_THROW(TarnNic("tarn9").GetIpConfig(), HostCtlException);
-}
-
-TEST(NetworkRules, Ipv6SwitchTakesEffectOnlyAfterRestart)
-{
-    HostRoot root;
-    NetworkInfoImpl info;
-    ASSERT_TRUE(info.IsTarnIpv6Enabled());
-    EXPECT_FALSE(Management()->GetIpConfig().GetIpv6Network().empty());
-
-    info.SetTarnIpv6Enabled(false);
-    EXPECT_TRUE(info.IsTarnIpv6Enabled());
-    EXPECT_FALSE(info.IsTarnIpv6EnabledAfterRestart());
-
-    root.State().Update([](nlohmann::json& s) { HostSim::Restart(s); });
-    EXPECT_FALSE(info.IsTarnIpv6Enabled());
-    EXPECT_TRUE(Management()->GetIpConfig().GetIpv6Network().empty());
-    EXPECT_EQ(2, root.Read()["power"]["bootCount"].get<int>());
 }
 
 TEST(NetworkRules, Ipv6StaticAndDynamicAddresses)

@@ -1,6 +1,6 @@
 // The management network screen's rules: which DNS servers it shows, how it
 // tells a dialog's answer from what is pending, and what it shows of a host
-// failure.
+// failure. The panels' IPv6 list and suffixes are read in NetworkTest.
 #include <gtest/gtest.h>
 
 #include "screens/network/PendingNetwork.h"
@@ -49,18 +49,6 @@ TEST(NetworkRules, DetailOfAHostFailure)
     EXPECT_EQ("", ExceptionDetail("key = value"));
     // Without "=" the detail starts at the beginning of the message.
     EXPECT_EQ("Disk full", ExceptionDetail("Disk full;"));
-}
-
-TEST(NetworkRules, Ipv6ListIsCutFromFourOn)
-{
-    const Ipv6Network linkLocal(Ipv6Address("fe80::1"), 64, IPV6_TYPE_AUTOCONF, IPV6_SCOPE_LINK_LOCAL);
-    std::vector<Ipv6Network> networks{linkLocal};
-    for (int i = 1; i <= 3; ++i)
-        networks.emplace_back(Ipv6Address("fd00::" + std::to_string(i)), 64);
-    EXPECT_EQ((std::vector<std::string>{"fd00::1/64", "fd00::2/64", "fd00::3/64"}), Ipv6AddressLines(networks));
-    networks.emplace_back(Ipv6Address("fd00::4"), 64);
-    EXPECT_EQ((std::vector<std::string>{"fd00::1/64", "fd00::2/64", "..."}), Ipv6AddressLines(networks));
-    EXPECT_EQ("a.example, b.example", JoinSuffixes({"a.example", "b.example"}));
 }
 
 IpConfig Static(const char* address)

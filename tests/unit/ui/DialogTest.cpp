@@ -15,17 +15,6 @@ public:
 
 class DialogTest : public CursesTest {};
 
-TEST_F(DialogTest, OversizedDialogGetsANegativeOriginAndDrawsNothing) {
-    TestDialog dialog(nullptr, 100, 40, 7);
-    EXPECT_EQ(dialog.X(), -10);
-    EXPECT_EQ(dialog.Y(), -7);
-    EXPECT_EQ(dialog.CursesWindow(), nullptr);
-    dialog.SetTitle("{color:red}title{/color}");
-    dialog.SetFooter(FOOTER_ENTER_OK);
-    dialog.Draw(true);
-    dialog.Draw(false);
-}
-
 TEST_F(DialogTest, DimmedTextIgnoresColourTags) {
     TestDialog dialog(nullptr, 40, 10, 6);
     dialog.SetTitle("{color:red}Red{/color} plain");
