@@ -3,8 +3,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "host/HostCtlException.h"
-#include "host/Log.h"
+#include "exec/HostCall.h"
 #include "host/Sysinfo.h"
 #include "host/TarnCtlHardware.h"
 #include "host/TarnCtlNetwork.h"
@@ -17,7 +16,6 @@ namespace Tolm {
 
 namespace {
 
-using HostCtl::Lib::HostCtlException;
 using namespace HostCtl::Network;
 
 constexpr TextId ID_PRODUCT = TextId::ProductVersion;
@@ -34,35 +32,22 @@ constexpr const char* NO_ADAPTER_TEXT =
 
 std::string Text(StringFactory* factory, TextId id) { return factory ? factory->GetString(static_cast<unsigned>(id)) : ""; }
 
-// Runs one host query; a failure is logged with `prefix` and reported as false.
-template <class F>
-bool Query(const char* prefix, F&& query)
-{
-    try {
-        query();
-        return true;
-    } catch (const HostCtlException& e) {
-        Log::Write(LOG_ERR, "%s %s", prefix, e.what());
-        return false;
-    }
-}
-
 void AddDescription(WelcomeContent& content, StringFactory* factory)
 {
     const std::string product = Text(factory, ID_PRODUCT);
     if (!product.empty()) content.description.push_back(Markup::Literal(product));
 
-    Query("Getting hardware info failed:", [&] {
+    HostCall("Getting hardware info failed:", [&] {
         TarnCtl::Hardware::HardwareInfoImpl hardware;
         const std::string vendor = hardware.GetVendorName();
         content.description.push_back(Markup::Literal(vendor + " " + hardware.GetProductName()));
     });
-    Query("Getting CPU info failed:", [&] {
+    HostCall("Getting CPU info failed:", [&] {
         TarnCtl::Hardware::CpuInfoImpl cpu;
         const int packages = cpu.GetNumCpuPackages();
         content.description.push_back(Markup::Literal(std::to_string(packages) + " x " + cpu.GetModelName()));
     });
-    Query("Getting memory info failed:", [&] {
+    HostCall("Getting memory info failed:", [&] {
         TarnCtl::Hardware::MemoryInfoImpl memory;
         const std::uint64_t pages = memory.GetTotalPages();
         content.description.push_back(FormatMemoryLine(pages * memory.GetPageSize()));
@@ -84,17 +69,17 @@ bool AddAddresses(WelcomeContent& content, StringFactory* factory)
     content.addresses.push_back(Text(factory, ID_HEADING));
 
     std::string hostname;
-    Query("Getting hostname failed:", [&] { hostname = TarnCtl::Network::DnsConfigImpl().GetHostname(); });
+    HostCall("Getting hostname failed:", [&] { hostname = TarnCtl::Network::DnsConfigImpl().GetHostname(); });
     if (!hostname.empty() && hostname != "localhost")
         content.addresses.push_back("http://" + Markup::Literal(hostname) + "/ ");
 
     TarnCtl::Network::NetworkInfoImpl network;
     std::unique_ptr<TarnNic> nic;
-    Query("Getting management interface failed:", [&] { nic = network.GetManagementInterface(); });
+    HostCall("Getting management interface failed:", [&] { nic = network.GetManagementInterface(); });
     if (!nic) return false;
 
     bool dhcpFailed = false;
-    Query("Getting IPv4 configuration failed:", [&] {
+    HostCall("Getting IPv4 configuration failed:", [&] {
         const IpConfig config = nic->GetIpConfig();
         const Ipv4Address& address = config.GetIpv4Address();
         if (address.GetBinaryAddress() != 0) {
@@ -106,7 +91,7 @@ bool AddAddresses(WelcomeContent& content, StringFactory* factory)
             dhcpFailed = address.GetBinaryAddress() == 0 || nic->IsDhcpLookupFailed();
     });
 
-    Query("Getting IPv6 configuration failed:", [&] {
+    HostCall("Getting IPv6 configuration failed:", [&] {
         if (!network.IsTarnIpv6Enabled()) return;
         const IpConfig config = nic->GetIpv6Config();
         for (const Ipv6Network& net : config.GetIpv6Network()) {
@@ -132,7 +117,7 @@ WelcomeContent ComposeWelcome(StringFactory* factory)
     AddDescription(content, factory);
     const bool dhcpFailed = AddAddresses(content, factory);
 
-    Query("Getting physical NICs failed:", [&] {
+    HostCall("Getting physical NICs failed:", [&] {
         content.noAdapter = TarnCtl::Network::NetworkInfoImpl().GetPnics().empty();
     });
     if (content.noAdapter) content.warnings.push_back(NO_ADAPTER_TEXT);

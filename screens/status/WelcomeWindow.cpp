@@ -6,10 +6,10 @@
 #include <cstdlib>
 #include <string>
 
+#include "exec/HostCall.h"
 #include "frame/Colors.h"
 #include "frame/Display.h"
 #include "frame/Keys.h"
-#include "host/HostCtlException.h"
 #include "host/HostPaths.h"
 #include "host/Log.h"
 #include "host/TarnCtlSystem.h"
@@ -127,19 +127,17 @@ void WelcomeWindow::RaiseNoAdapterAlert()
     // The host keeps its alerts; one raised before (by an earlier run of the
     // console) is not raised again. Alerts that cannot be read do not keep
     // this one from being raised.
-    bool present = false;
-    try {
-        const auto alerts = system.GetSystemAlerts();
-        present = std::find(alerts.begin(), alerts.end(), NO_ADAPTER_ALERT) != alerts.end();
-    } catch (const HostCtl::Lib::HostCtlException& e) {
-        Log::Write(LOG_ERR, "Getting system alerts failed: %s", e.what());
-    }
-    try {
+    const bool present = HostValue(
+        "Getting system alerts failed:",
+        [&] {
+            const auto alerts = system.GetSystemAlerts();
+            return std::find(alerts.begin(), alerts.end(), NO_ADAPTER_ALERT) != alerts.end();
+        },
+        false);
+    HostCall("Setting system alert failed:", [&] {
         if (!present) system.SetSystemAlert(NO_ADAPTER_ALERT);
         _alertRaised = true;
-    } catch (const HostCtl::Lib::HostCtlException& e) {
-        Log::Write(LOG_ERR, "Setting system alert failed: %s", e.what());
-    }
+    });
 }
 
 void WelcomeWindow::Draw(bool active)

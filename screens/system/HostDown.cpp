@@ -2,9 +2,8 @@
 
 #include <cstdlib>
 
+#include "exec/HostCall.h"
 #include "frame/Frame.h"
-#include "host/HostCtlException.h"
-#include "host/Log.h"
 #include "host/TarnCtlPower.h"
 
 namespace Tolm {
@@ -13,12 +12,7 @@ namespace {
 
 bool HostGoingDown()
 {
-    try {
-        return TarnCtl::System::PowerInfoImpl().IsGoingDown();
-    } catch (const HostCtl::Lib::HostCtlException& e) {
-        Log::Write(LOG_ERR, "Getting power state failed: %s", e.what());
-        return false;
-    }
+    return HostValue("Getting power state failed:", [] { return TarnCtl::System::PowerInfoImpl().IsGoingDown(); }, false);
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 #include "screens/system/KeyboardDialog.h"
 
+#include "exec/HostCall.h"
 #include "frame/Keys.h"
-#include "host/HostCtlException.h"
 #include "host/Log.h"
 #include "catalogue/StringFactory.h"
 #include "ui/Item.h"
@@ -27,12 +27,10 @@ KeyboardDialog::KeyboardDialog(Frame* parent) : Dialog(parent, WIDTH, HEIGHT, TI
 {
     // Without the layouts the dialog still opens, with an empty list.
     std::string current;
-    try {
+    HostCall("Getting keyboard layouts failed:", [&] {
         current = _systemInfo.GetKeyboardLayout();
         _layouts = _systemInfo.GetKeyboardLayouts();
-    } catch (const HostCtl::Lib::HostCtlException& e) {
-        Log::Write(LOG_ERR, "Getting keyboard layouts failed: %s", e.what());
-    }
+    });
     std::vector<Item*> items;
     for (size_t i = 0; i < _layouts.size(); ++i) {
         const bool marked = _marked < 0 && _layouts[i] == current;
@@ -61,11 +59,7 @@ void KeyboardDialog::MarkSelected()
 
 void KeyboardDialog::RestoreLayout(const std::string& previous)
 {
-    try {
-        _systemInfo.SetKeyboardLayout(previous);
-    } catch (const HostCtl::Lib::HostCtlException& e) {
-        Log::Write(LOG_ERR, "Restoring keyboard layout failed: %s", e.what());
-    }
+    HostCall("Restoring keyboard layout failed:", [&] { _systemInfo.SetKeyboardLayout(previous); });
 }
 
 bool KeyboardDialog::Apply()
@@ -73,17 +67,17 @@ bool KeyboardDialog::Apply()
     const std::string& name = _layouts[_marked];
     std::string previous;
     bool configured = false;
-    try {
+    const auto error = HostCall("Setting keyboard layout failed:", [&] {
         previous = _systemInfo.GetKeyboardLayout();
         _systemInfo.SetKeyboardLayout(name);
         configured = true;
         _systemInfo.LoadKeyboardMappings(name);
-    } catch (const HostCtl::Lib::HostCtlException& e) {
-        Log::Write(LOG_ERR, "Setting keyboard layout failed: %s", e.what());
+    });
+    if (error) {
         // The old map is still loaded: the configured layout must name it.
         if (configured) RestoreLayout(previous);
         MessageDialog failed(this, ID_TITLE,
-                             Markup::Literal("Changing the keyboard layout to " + name + " failed: " + e.what()));
+                             Markup::Literal("Changing the keyboard layout to " + name + " failed: " + *error));
         Frame::Run(&failed);
         return false;
     }

@@ -7,10 +7,10 @@
 #include <memory>
 #include <string>
 
+#include "exec/HostCall.h"
 #include "exec/OrlaCmd.h"
 #include "exec/RunCommand.h"
 #include "exec/Session.h"
-#include "host/HostCtlException.h"
 #include "host/Log.h"
 #include "host/TarnCtlSystem.h"
 
@@ -95,12 +95,9 @@ void Switch(const ShellService& service, bool on)
 
 void SetSshRuleset(bool enabled)
 {
-    try {
-        TarnCtl::System::SystemInfoImpl system;
-        system.GetFirewallRulesetById(SSH_RULESET)->SetEnabled(enabled);
-    } catch (const HostCtl::Lib::HostCtlException& e) {
-        Log::Write(LOG_ERR, "Failed to update firewall sshServer ruleset status: %s", e.what());
-    }
+    HostCall("Failed to update firewall sshServer ruleset status:", [&] {
+        TarnCtl::System::SystemInfoImpl().GetFirewallRulesetById(SSH_RULESET)->SetEnabled(enabled);
+    });
 }
 
 int ReadOptionMinutes(const char* option)
