@@ -15,11 +15,7 @@ int ConfirmDialog::Execute()
     SetTitle(Text(_titleId));
     SetText(Text(_textId));
     SetFooter(FOOTER_CONFIRM_CANCEL);
-    for (;;) {
-        const int key = Frame::GetKey(this, true);
-        if (key == Key::Enter) return 1;
-        if (key == Key::Escape) return 0;
-    }
+    return AwaitChoice(Key::Enter) ? 1 : 0;
 }
 
 }  // namespace Tolm

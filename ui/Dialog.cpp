@@ -1,5 +1,6 @@
 #include "ui/Dialog.h"
 
+#include "frame/Keys.h"
 #include "frame/Terminal.h"
 #include "ui/TextArea.h"
 
@@ -22,6 +23,21 @@ Dialog::Dialog(Frame* parent, int width, int height, int titleHeight)
 void Dialog::SetTitle(std::string title) { _title->SetText(std::move(title)); }
 void Dialog::SetText(std::string text) { _text->SetText(std::move(text)); }
 void Dialog::SetFooter(std::string footer) { _footer->SetText(std::move(footer)); }
+
+void Dialog::AwaitKey(int key)
+{
+    while (Frame::GetKey(this, true) != key) {
+    }
+}
+
+bool Dialog::AwaitChoice(int yes)
+{
+    for (;;) {
+        const int key = Frame::GetKey(this, true);
+        if (key == yes) return true;
+        if (key == Key::Escape) return false;
+    }
+}
 
 void Dialog::Draw(bool active)
 {

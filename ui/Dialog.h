@@ -31,6 +31,11 @@ public:
     TextArea* FooterArea() const { return _footer; }
 
 protected:
+    // Reads keys until `key`; every other key is ignored.
+    void AwaitKey(int key);
+    // Reads keys until `yes` (true) or Esc (false); every other key is ignored.
+    bool AwaitChoice(int yes);
+
     Window* _titleBand;
     Window* _body;
     TextArea* _title;

@@ -19,8 +19,7 @@ int MessageDialog::Execute()
     SetTitle(Text(_titleId));
     SetText(_message);
     SetFooter(FOOTER_ENTER_OK);
-    while (Frame::GetKey(this, true) != Key::Enter) {
-    }
+    AwaitKey(Key::Enter);
     return 1;
 }
 

@@ -90,8 +90,7 @@ int DoRestartNetworkDialog::Execute()
     Show(progress);
 
     SetFooter(FOOTER_PROGRESS_ENTER_OK);
-    while (Frame::GetKey(this, true) != Key::Enter) {
-    }
+    AwaitKey(Key::Enter);
     return 1;
 }
 

@@ -40,14 +40,10 @@ int RestartNetworkDialog::Execute()
     SetText(Text(TextId::RestartManagementNetworkText));
     SetFooter(FOOTER_F11_OK_CANCEL);
     if (_question) _question->SetText(Text(TextId::RestartManagementNetworkNow));
-    for (;;) {
-        const int key = Frame::GetKey(this, true);
-        if (key == Key::Escape) return 0;
-        if (key != Key::F11) continue;
-        DoRestartNetworkDialog restart(this, _nic);
-        Frame::Run(&restart);
-        return 1;
-    }
+    if (!AwaitChoice(Key::F11)) return 0;
+    DoRestartNetworkDialog restart(this, _nic);
+    Frame::Run(&restart);
+    return 1;
 }
 
 int RestartNetworkDialog::Open(Frame* menu, HostCtl::Network::TarnNic* nic)

@@ -134,8 +134,7 @@ int RunTestDialog::Execute()
         if (going && !_hostname.empty()) Resolve(runner);
     }
     SetFooter(FOOTER_PROGRESS_ENTER_OK);
-    while (Frame::GetKey(this, true) != Key::Enter) {
-    }
+    AwaitKey(Key::Enter);
     return 1;
 }
 

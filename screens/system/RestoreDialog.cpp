@@ -47,23 +47,13 @@ void RestoreDialog::ShowLabel(std::string text)
     if (_items) _items->Redraw();
 }
 
-void RestoreDialog::AwaitKey(int key)
-{
-    while (Frame::GetKey(this, true) != key) {
-    }
-}
-
 int RestoreDialog::Execute()
 {
     SetTitle(Text(ID_CONFIRM_TITLE));
     SetText(Text(ID_CONFIRM_TEXT));
     ShowLabel(Text(ID_QUESTION));
     SetFooter(FOOTER_F11_OK_CANCEL);
-    for (;;) {
-        const int key = Frame::GetKey(this, true);
-        if (key == Key::Escape) return 0;
-        if (key == Key::F11) break;
-    }
+    if (!AwaitChoice(Key::F11)) return 0;
 
     Log::Write(LOG_INFO, "%s", "Restoring factory defaults");
     RaiseEvent(Events::RestoreFactoryDefaults);

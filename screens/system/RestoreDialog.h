@@ -19,8 +19,6 @@ public:
 
 private:
     void ShowLabel(std::string text);
-    // Reads keys until `key`; every other key is ignored.
-    void AwaitKey(int key);
 
     std::unique_ptr<LabelItem> _label;
     ItemList* _items = nullptr;

@@ -127,8 +127,7 @@ int RestartAgentsDialog::Execute()
     }
     Restart();
     SetFooter(FOOTER_ENTER_OK);
-    while (Frame::GetKey(this, true) != Key::Enter) {
-    }
+    AwaitKey(Key::Enter);
     return 1;
 }
 
