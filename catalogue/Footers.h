@@ -4,55 +4,45 @@
 
 namespace Tolm {
 
+// Shared pieces, pasted together by the compiler so that each footer stays
+// one literal.
+#define TOLM_KEY(key, word) "{color:black}<" key ">{/color} {color:dark-grey}" word "{/color}"
+#define TOLM_RIGHT_CANCEL "{align:right}" TOLM_KEY("Esc", "Cancel") "{/align}"
+#define TOLM_RIGHT_OK_CANCEL "{align:right}" TOLM_KEY("Enter", "OK") "  " TOLM_KEY("Esc", "Cancel") "{/align}"
+#define TOLM_SELECT TOLM_KEY("Up/Down", "Select")
+#define TOLM_MENU_KEY(key, word) "{color:white}<" key ">{/color}{color:light-grey} " word "{/color}"
+#define TOLM_MENU_RIGHT(word) "{align:right}" TOLM_MENU_KEY("Esc", word) "{/align}"
+
 // Dialogs.
 // Acknowledged with Enter.
-inline constexpr const char* FOOTER_ENTER_OK =
-    "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}{/align}";
+inline constexpr const char* FOOTER_ENTER_OK = "{align:right}" TOLM_KEY("Enter", "OK") "{/align}";
 // Accepted with Enter or cancelled with Esc.
-inline constexpr const char* FOOTER_OK_CANCEL =
-    "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  "
-    "{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
+inline constexpr const char* FOOTER_OK_CANCEL = TOLM_RIGHT_OK_CANCEL;
 // A question confirmed with Enter.
-inline constexpr const char* FOOTER_CONFIRM_CANCEL =
-    "{color:black}<Enter>{/color} {color:dark-grey}Confirm{/color}"
-    "{align:right}{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
+inline constexpr const char* FOOTER_CONFIRM_CANCEL = TOLM_KEY("Enter", "Confirm") TOLM_RIGHT_CANCEL;
 // A dangerous action confirmed with F11.
 inline constexpr const char* FOOTER_F11_OK_CANCEL =
-    "{align:right}{color:black}<F11>{/color} {color:dark-grey}OK{/color}  {color:black}<Esc>{/color} "
-    "{color:dark-grey}Cancel{/color}{/align}";
+    "{align:right}" TOLM_KEY("F11", "OK") "  " TOLM_KEY("Esc", "Cancel") "{/align}";
 // A finished operation acknowledged with Enter (its own spacing).
 inline constexpr const char* FOOTER_PROGRESS_ENTER_OK =
     "{align:right}{color:black}<Enter>{/color}{color:dark-grey} OK{/color}{/align}";
 // Rows to choose from, accepted with Enter or cancelled with Esc.
-inline constexpr const char* FOOTER_SELECT_OK_CANCEL =
-    "{color:black}<Up/Down>{/color} {color:dark-grey}Select{/color}{align:right}{color:black}<Enter>{/color} "
-    "{color:dark-grey}OK{/color}  {color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
-inline constexpr const char* FOOTER_ENTER_RESTART_HOST =
-    "{align:right}{color:black}<Enter>{/color} {color:dark-grey}Restart Host{/color}{/align}";
+inline constexpr const char* FOOTER_SELECT_OK_CANCEL = TOLM_SELECT TOLM_RIGHT_OK_CANCEL;
+inline constexpr const char* FOOTER_ENTER_RESTART_HOST = "{align:right}" TOLM_KEY("Enter", "Restart Host") "{/align}";
 // A dialog with check boxes.
-inline constexpr const char* FOOTER_TOGGLE_OK_CANCEL =
-    "{color:black}<Space>{/color} {color:dark-grey}Toggle Selected{/color}"
-    "{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  "
-    "{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
+inline constexpr const char* FOOTER_TOGGLE_OK_CANCEL = TOLM_KEY("Space", "Toggle Selected") TOLM_RIGHT_OK_CANCEL;
 // Choices marked with Space, with fields of their own.
 inline constexpr const char* FOOTER_SELECT_MARK_OK_CANCEL =
-    "{color:black}<Up/Down>{/color} {color:dark-grey}Select{/color}  {color:black}<Space>{/color} "
-    "{color:dark-grey}Mark Selected{/color}{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  "
-    "{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
+    TOLM_SELECT "  " TOLM_KEY("Space", "Mark Selected") TOLM_RIGHT_OK_CANCEL;
 // The network adapter list.
 inline constexpr const char* FOOTER_DETAILS_TOGGLE_OK_CANCEL =
-    "{color:black}<D>{/color} {color:dark-grey}View Details{/color}  {color:black}<Space>{/color} "
-    "{color:dark-grey}Toggle Selected{/color}{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  "
-    "{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
+    TOLM_KEY("D", "View Details") "  " TOLM_KEY("Space", "Toggle Selected") TOLM_RIGHT_OK_CANCEL;
 // Shut down or restart.
 inline constexpr const char* FOOTER_SHUT_DOWN_RESTART_CANCEL =
-    "{color:black}<F2>{/color} {color:dark-grey}Shut Down{/color}  {color:black}<F11>{/color} "
-    "{color:dark-grey}Restart{/color}{align:right}{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
+    TOLM_KEY("F2", "Shut Down") "  " TOLM_KEY("F11", "Restart") TOLM_RIGHT_CANCEL;
 // A list of choices.
 inline constexpr const char* FOOTER_SELECT_TOGGLE_OK_CANCEL =
-    "{color:black}<Up/Down>{/color} {color:dark-grey}Select{/color}  {color:black}<Space>{/color} "
-    "{color:dark-grey}Toggle Selected{/color}{align:right}{color:black}<Enter>{/color} {color:dark-grey}OK{/color}  "
-    "{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
+    TOLM_SELECT "  " TOLM_KEY("Space", "Toggle Selected") TOLM_RIGHT_OK_CANCEL;
 // The login dialog's left part in PIN mode, shown before FOOTER_OK_CANCEL.
 // The stray ">" after "black" is part of the footer as the host shows it.
 inline constexpr const char* FOOTER_SWITCH_PIN_LOGIN =
@@ -60,41 +50,31 @@ inline constexpr const char* FOOTER_SWITCH_PIN_LOGIN =
 
 // Menu screens: the left pane, and the right pane of each kind of entry.
 inline constexpr const char* FOOTER_MENU_SELECT = "{color:black}<Up/Down>{/color}{color:dark-grey} Select{/color}";
-inline constexpr const char* FOOTER_MENU_CHANGE =
-    "{color:white}<Enter>{/color}{color:light-grey} Change{/color}{align:right}{color:white}<Esc>{/color}"
-    "{color:light-grey} Log Out{/color}{/align}";
-inline constexpr const char* FOOTER_MENU_MORE =
-    "{color:white}<Enter>{/color}{color:light-grey} More{/color}{align:right}{color:white}<Esc>{/color}"
-    "{color:light-grey} Log Out{/color}{/align}";
+inline constexpr const char* FOOTER_MENU_CHANGE = TOLM_MENU_KEY("Enter", "Change") TOLM_MENU_RIGHT("Log Out");
+inline constexpr const char* FOOTER_MENU_MORE = TOLM_MENU_KEY("Enter", "More") TOLM_MENU_RIGHT("Log Out");
+// Its own markup: the word's colour is left open.
 inline constexpr const char* FOOTER_MENU_RESTART =
-    "{color:white}<Enter>{/color} {color:light-grey}Restart{align:right}{color:white}<Esc>{/color}"
-    "{color:light-grey} Log Out{/color}{/align}";
-inline constexpr const char* FOOTER_MENU_RUN_TEST =
-    "{color:white}<Enter>{/color}{color:light-grey} Run Test{/color}{align:right}{color:white}<Esc>{/color}"
-    "{color:light-grey} Log Out{/color}{/align}";
-inline constexpr const char* FOOTER_MENU_RESET =
-    "{color:white}<Enter>{/color}{color:light-grey} Reset{/color}{align:right}{color:white}<Esc>{/color}"
-    "{color:light-grey} Log Out{/color}{/align}";
+    "{color:white}<Enter>{/color} {color:light-grey}Restart" TOLM_MENU_RIGHT("Log Out");
+inline constexpr const char* FOOTER_MENU_RUN_TEST = TOLM_MENU_KEY("Enter", "Run Test") TOLM_MENU_RIGHT("Log Out");
+inline constexpr const char* FOOTER_MENU_RESET = TOLM_MENU_KEY("Enter", "Reset") TOLM_MENU_RIGHT("Log Out");
 // Submenus, whose Esc goes back instead of logging out.
-inline constexpr const char* FOOTER_SUBMENU_CHANGE =
-    "{color:white}<Enter>{/color}{color:light-grey} Change{/color}{align:right}{color:white}<Esc>{/color}"
-    "{color:light-grey} Exit{/color}{/align}";
-inline constexpr const char* FOOTER_SUBMENU_RESTART =
-    "{color:white}<Enter>{/color}{color:light-grey} Restart{/color}{align:right}{color:white}<Esc>{/color}"
-    "{color:light-grey} Exit{/color}{/align}";
+inline constexpr const char* FOOTER_SUBMENU_CHANGE = TOLM_MENU_KEY("Enter", "Change") TOLM_MENU_RIGHT("Exit");
+inline constexpr const char* FOOTER_SUBMENU_RESTART = TOLM_MENU_KEY("Enter", "Restart") TOLM_MENU_RIGHT("Exit");
 // Entries whose actions take their own keys, named in the help pane.
-inline constexpr const char* FOOTER_MENU_LOG_OUT =
-    "{align:right}{color:white}<Esc>{/color}{color:light-grey} Log Out{/color}{/align}";
+inline constexpr const char* FOOTER_MENU_LOG_OUT = TOLM_MENU_RIGHT("Log Out");
 inline constexpr const char* FOOTER_MENU_PAGES =
-    "{color:white}<Page Up>{/color} {color:white}<Page Down>{/color}{align:right}{color:white}<Esc>{/color}"
-    "{color:light-grey} Log Out{/color}{/align}";
+    "{color:white}<Page Up>{/color} {color:white}<Page Down>{/color}" TOLM_MENU_RIGHT("Log Out");
 
 // The management network screen and its confirmation.
 inline constexpr const char* FOOTER_NETWORK_CHANGE_EXIT =
-    "{color:white}<Enter>{/color}{color:light-grey} Change{/color}{align:right}{color:white}<Esc> {/color}"
-    "{color:light-grey}Exit{/color}{/align}";
-inline constexpr const char* FOOTER_YES_NO_CANCEL =
-    "{color:black}<Y>{/color} {color:dark-grey}Yes{/color}  {color:black}<N>{/color} {color:dark-grey}No{/color}"
-    "{align:right}{color:black}<Esc>{/color} {color:dark-grey}Cancel{/color}{/align}";
+    TOLM_MENU_KEY("Enter", "Change") "{align:right}{color:white}<Esc> {/color}{color:light-grey}Exit{/color}{/align}";
+inline constexpr const char* FOOTER_YES_NO_CANCEL = TOLM_KEY("Y", "Yes") "  " TOLM_KEY("N", "No") TOLM_RIGHT_CANCEL;
+
+#undef TOLM_KEY
+#undef TOLM_RIGHT_CANCEL
+#undef TOLM_RIGHT_OK_CANCEL
+#undef TOLM_SELECT
+#undef TOLM_MENU_KEY
+#undef TOLM_MENU_RIGHT
 
 }  // namespace Tolm
