@@ -69,10 +69,15 @@ void SetNonBlocking(int fd)
         ::fcntl(fd, F_SETFL, flags | O_NONBLOCK);
 }
 
-int PidFd(pid_t pid)
+}  // namespace
+
+int OpenPidFd(pid_t pid)
 {
 #ifdef SYS_pidfd_open
-    return static_cast<int>(::syscall(SYS_pidfd_open, pid, 0));
+    const int fd = static_cast<int>(::syscall(SYS_pidfd_open, pid, 0));
+    if (fd >= 0)
+        ::fcntl(fd, F_SETFD, FD_CLOEXEC);
+    return fd;
 #else
     (void)pid;
     errno = ENOSYS;
@@ -80,7 +85,14 @@ int PidFd(pid_t pid)
 #endif
 }
 
-}  // namespace
+pid_t WaitChild(pid_t pid, int* status, int flags)
+{
+    pid_t got;
+    do {
+        got = ::waitpid(pid, status, flags);
+    } while (got < 0 && errno == EINTR);
+    return got;
+}
 
 void SetToolWaitHooks(const ToolWaitHooks& hooks)
 {
@@ -101,12 +113,10 @@ void KillRunningTool()
 
 ToolRun::ToolRun(pid_t pid, int timeoutSeconds)
     : _pid(pid),
-      _pidfd(PidFd(pid)),
+      _pidfd(OpenPidFd(pid)),
       _timeoutSeconds(timeoutSeconds),
       _deadline(std::chrono::steady_clock::now() + std::chrono::seconds(timeoutSeconds > 0 ? timeoutSeconds : 0))
 {
-    if (_pidfd >= 0)
-        ::fcntl(_pidfd, F_SETFD, FD_CLOEXEC);
 }
 
 ToolRun::~ToolRun()
@@ -195,10 +205,7 @@ bool ToolRun::Reap(int flags)
     if (_reaped)
         return true;
     int status = 0;
-    pid_t got;
-    do {
-        got = ::waitpid(_pid, &status, flags);
-    } while (got < 0 && errno == EINTR);
+    const pid_t got = WaitChild(_pid, &status, flags);
     if (got == _pid) {
         _status = status;
         _reaped = true;

@@ -26,6 +26,12 @@ void SetToolWaitHooks(const ToolWaitHooks& hooks);
 // The beforeWait hook, for waits that do not go through ToolRun.
 void BeforeToolWait();
 
+// A pidfd for `pid` (close-on-exec), readable once the process has ended;
+// -1 where the kernel has none.
+int OpenPidFd(pid_t pid);
+// waitpid, tried again when a signal cuts it short.
+pid_t WaitChild(pid_t pid, int* status, int flags);
+
 // Kills the process group of the tool this thread is waiting for, if any;
 // for an onWake that ends the process.
 void KillRunningTool();

@@ -3,7 +3,6 @@
 #include <pthread.h>
 #include <signal.h>
 #include <sys/select.h>
-#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
@@ -13,6 +12,7 @@
 #include <cstring>
 #include <vector>
 
+#include "exec/ToolRun.h"
 #include "frame/Frame.h"
 #include "frame/Keys.h"
 #include "host/HostPaths.h"
@@ -128,7 +128,7 @@ public:
         setpgid(_pid, _pid);
         GiveTerminal(_pid);
         g_pagerGroup = _pid;
-        _pidfd = static_cast<int>(syscall(SYS_pidfd_open, _pid, 0));
+        _pidfd = OpenPidFd(_pid);
     }
 
     ~Pager()
@@ -159,14 +159,11 @@ private:
     int Reap()
     {
         int status = 0;
-        while (waitpid(_pid, &status, 0) < 0) {
-            if (errno != EINTR) {
-                Log::Errno("waitpid() failed");
-                _reaped = true;
-                return -1;
-            }
-        }
         _reaped = true;
+        if (WaitChild(_pid, &status, 0) < 0) {
+            Log::Errno("waitpid() failed");
+            return -1;
+        }
         return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     }
 
