@@ -9,31 +9,32 @@
 namespace Tolm {
 namespace {
 
-constexpr int kDefaultTolmTimeout = 600;
+// Runs `use` on the option when it is an integer option. Failures are not
+// reported: the console goes on with the default.
+template <class Use>
+void WithTimeoutOption(Use&& use)
+{
+    try {
+        TarnCtl::Adv::AdvancedOptionImpl options;
+        std::unique_ptr<HostCtl::Adv::AdvancedOption> option = options.FindOption(TOLM_TIMEOUT_VAR);
+        if (auto* integer = dynamic_cast<HostCtl::Adv::AdvancedIntegerOption*>(option.get())) use(*integer);
+    } catch (const HostCtl::Lib::HostCtlException&) {
+    }
+}
 
 }  // namespace
 
 int GetTolmTimeout()
 {
-    try {
-        TarnCtl::Adv::AdvancedOptionImpl options;
-        std::unique_ptr<HostCtl::Adv::AdvancedOption> option = options.FindOption(TOLM_TIMEOUT_VAR);
-        if (auto* integer = dynamic_cast<HostCtl::Adv::AdvancedIntegerOption*>(option.get()))
-            return static_cast<int>(integer->GetValue());
-    } catch (const HostCtl::Lib::HostCtlException&) {
-    }
-    return kDefaultTolmTimeout;
+    int seconds = DEFAULT_TOLM_TIMEOUT;
+    WithTimeoutOption(
+        [&](HostCtl::Adv::AdvancedIntegerOption& option) { seconds = static_cast<int>(option.GetValue()); });
+    return seconds;
 }
 
 void SetTolmTimeout(int seconds)
 {
-    try {
-        TarnCtl::Adv::AdvancedOptionImpl options;
-        std::unique_ptr<HostCtl::Adv::AdvancedOption> option = options.FindOption(TOLM_TIMEOUT_VAR);
-        if (auto* integer = dynamic_cast<HostCtl::Adv::AdvancedIntegerOption*>(option.get()))
-            integer->SetValue(seconds);
-    } catch (const HostCtl::Lib::HostCtlException&) {
-    }
+    WithTimeoutOption([&](HostCtl::Adv::AdvancedIntegerOption& option) { option.SetValue(seconds); });
 }
 
 }  // namespace Tolm

@@ -3,8 +3,11 @@
 
 namespace Tolm {
 
-// The value of TOLM_TIMEOUT_VAR; 600 when the option is missing, is not an
-// integer option, or the host library fails.
+// Seconds of idle time before a session ends when the option says nothing usable.
+inline constexpr int DEFAULT_TOLM_TIMEOUT = 600;
+
+// The value of TOLM_TIMEOUT_VAR; DEFAULT_TOLM_TIMEOUT when the option is
+// missing, is not an integer option, or the host library fails.
 int GetTolmTimeout();
 // Sets TOLM_TIMEOUT_VAR when it is an integer option; otherwise, or when the
 // host refuses, nothing changes and nothing is reported.

@@ -19,13 +19,7 @@ std::string Frame::_smartCardLoginId;
 std::string Frame::_loginName;
 bool Frame::_loggedIn = false;
 bool Frame::_markForRestart = false;
-unsigned Frame::_idleTimeout = 600;
-
-namespace {
-
-constexpr unsigned kDefaultIdleTimeout = 600;
-
-}  // namespace
+unsigned Frame::_idleTimeout = DEFAULT_TOLM_TIMEOUT;
 
 void Frame::SetLoggedIn(bool loggedIn)
 {
@@ -45,7 +39,7 @@ void Frame::LoadIdleTimeout()
 {
     // A negative count of seconds means nothing sensible; keep the default.
     const int timeout = GetTolmTimeout();
-    _idleTimeout = timeout >= 0 ? static_cast<unsigned>(timeout) : kDefaultIdleTimeout;
+    _idleTimeout = timeout >= 0 ? static_cast<unsigned>(timeout) : DEFAULT_TOLM_TIMEOUT;
 }
 
 void Frame::Resize()
