@@ -261,14 +261,20 @@ int Frame::WaitForInput(const timeval* limit)
     return WAIT_NOTHING;
 }
 
-int Frame::ReadSignalCode()
+int Frame::ReadSignalByte()
 {
     unsigned char code = 0;
     ssize_t got;
     do {
         got = read(_signalPipe[0], &code, 1);
     } while (got < 0 && errno == EINTR);
-    if (got == 1 && code >= SIG_REFRESH && code <= SIG_TERMINATE) return -2 - code;
+    return got == 1 ? code : -1;
+}
+
+int Frame::ReadSignalCode()
+{
+    const int code = ReadSignalByte();
+    if (code >= SIG_REFRESH && code <= SIG_TERMINATE) return -2 - code;
     return WAIT_NOTHING;
 }
 

@@ -117,6 +117,8 @@ protected:
 private:
     // One byte from the self-pipe as a WaitCode.
     static int ReadSignalCode();
+    // One byte from the signal pipe; -1 when none could be read.
+    static int ReadSignalByte();
 };
 
 }  // namespace Tolm

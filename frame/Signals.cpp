@@ -47,12 +47,8 @@ void Frame::InitSignals()
 
 void Frame::ServeSignalDuringTool()
 {
-    unsigned char code = 0;
-    ssize_t got;
-    do {
-        got = read(_signalPipe[0], &code, 1);
-    } while (got < 0 && errno == EINTR);
-    if (got != 1) return;
+    const int code = ReadSignalByte();
+    if (code < 0) return;
     if (code == SIG_TERMINATE) {
         KillRunningTool();
         std::exit(0);
