@@ -3,13 +3,10 @@
 #include <syslog.h>
 
 #include <cctype>
-#include <memory>
-#include <vector>
 
 #include "exec/Constants.h"
 #include "exec/OrlaCmd.h"
 #include "exec/RunCommand.h"
-#include "frame/Keys.h"
 #include "host/Log.h"
 #include "ui/Item.h"
 
@@ -35,11 +32,7 @@ constexpr unsigned BUFFER_SIZE = 256;
 LockdownDialog::LockdownDialog(Frame* parent)
     : Dialog(parent, WIDTH, HEIGHT, TITLE_HEIGHT), _enabled(OrlaCmdGetBool(IS_ENABLED)), _fields(*this)
 {
-    auto check = std::make_unique<CheckItem>(Text(TextId::EnableLockdownMode), _enabled);
-    _check = check.get();
-    std::vector<std::unique_ptr<Item>> items;
-    items.push_back(std::move(check));
-    _fields.SetItems(std::move(items));
+    _check = &_fields.AddCheck(Text(TextId::EnableLockdownMode), _enabled);
 }
 
 void LockdownDialog::Request(bool enable)
@@ -69,22 +62,13 @@ int LockdownDialog::Execute()
     SetText(Text(TextId::ConfigureLockdownModeText));
     SetFooter(FOOTER_TOGGLE_OK_CANCEL);
     _fields.Redraw();
-    for (;;) {
-        const int key = Frame::GetKey(this, true);
-        if (key == ' ') {
-            _check->SetChecked(!_check->IsChecked());
-            _fields.Redraw();
-        } else if (key == Key::Down || key == Key::Up) {
-            // One row: the highlight has nowhere to go, but the keys are the list's.
-            _fields.Focus(_fields.Focused() + (key == Key::Down ? 1 : -1));
-        } else if (key == Key::Escape) {
-            return 0;
-        } else if (key == Key::Enter) {
-            const bool wanted = _check->IsChecked();
-            if (wanted != _enabled) Request(wanted);
-            return 1;
-        }
-    }
+    Form::Handlers handlers;
+    handlers.accept = [this] {
+        const bool wanted = _check->IsChecked();
+        if (wanted != _enabled) Request(wanted);
+        return true;
+    };
+    return _fields.Run(handlers);
 }
 
 }  // namespace Tolm
