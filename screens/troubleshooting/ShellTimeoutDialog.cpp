@@ -32,25 +32,24 @@ ShellTimeoutDialog::ShellTimeoutDialog(Frame* parent, int availability, int idle
     AddRow(TextId::IdleTimeout, idle);
 }
 
-void ShellTimeoutDialog::Apply(const std::vector<std::optional<int>>& changed)
+void ShellTimeoutDialog::Apply(int row, int minutes)
 {
-    if (const auto minutes = changed[AVAILABILITY]) {
-        WriteOption(SHELL_TIMEOUT_VAR, *minutes * 60);
+    if (row == AVAILABILITY) {
+        WriteOption(SHELL_TIMEOUT_VAR, minutes * 60);
         RestartIfRunning(TALVO_SHELL.initScript);
         RestartIfRunning(SSH.initScript);
-        if (*minutes == 0)
+        if (minutes == 0)
             Log::Write(LOG_INFO, "Disabled Shell timeout");
         else
-            Log::Write(LOG_INFO, "Modified Shell timeout to %d minutes", *minutes);
+            Log::Write(LOG_INFO, "Modified Shell timeout to %d minutes", minutes);
+        return;
     }
     // Sessions read the idle timeout when they start: nothing to restart.
-    if (const auto minutes = changed[IDLE]) {
-        WriteOption(SHELL_INTERACTIVE_TIMEOUT_VAR, *minutes * 60);
-        if (*minutes == 0)
-            Log::Write(LOG_INFO, "Disabled shell interactive timeout");
-        else
-            Log::Write(LOG_INFO, "Modified shell interactive timeout to %d minutes", *minutes);
-    }
+    WriteOption(SHELL_INTERACTIVE_TIMEOUT_VAR, minutes * 60);
+    if (minutes == 0)
+        Log::Write(LOG_INFO, "Disabled shell interactive timeout");
+    else
+        Log::Write(LOG_INFO, "Modified shell interactive timeout to %d minutes", minutes);
 }
 
 }  // namespace Tolm

@@ -10,7 +10,7 @@ public:
     ShellTimeoutDialog(Frame* parent, int availability, int idle);
 
 private:
-    void Apply(const std::vector<std::optional<int>>& changed) override;
+    void Apply(int row, int minutes) override;
 };
 
 }  // namespace Tolm

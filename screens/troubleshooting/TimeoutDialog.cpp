@@ -1,10 +1,12 @@
 #include "screens/troubleshooting/TimeoutDialog.h"
 
 #include <charconv>
+#include <optional>
 #include <string>
 
 #include "catalogue/Footers.h"
 #include "ui/InputItem.h"
+#include "ui/MessageDialog.h"
 
 namespace Tolm {
 
@@ -41,17 +43,18 @@ void TimeoutDialog::AddRow(TextId label, int shown, int current)
 
 bool TimeoutDialog::Accept()
 {
-    std::vector<std::optional<int>> changed;
+    // Rows are taken in order: a row above the range ends the dialog with
+    // the message box, and rows before it keep what they wrote.
     for (size_t i = 0; i < _rows.size(); ++i) {
         const std::optional<long long> minutes = Minutes(_rows[i].field->Value());
-        if (minutes && *minutes > MAX_MINUTES) {
-            _form.Reject(static_cast<int>(i), TextId::InvalidTimeoutValue, TextId::TimeoutValueRange);
-            return false;
+        if (!minutes) continue;
+        if (*minutes > MAX_MINUTES) {
+            MessageDialog message(this, TextId::InvalidTimeoutValue, TextId::TimeoutValueRange);
+            Frame::Run(&message);
+            return true;
         }
-        const bool differs = minutes && *minutes != _rows[i].current;
-        changed.push_back(differs ? std::optional<int>(static_cast<int>(*minutes)) : std::nullopt);
+        if (*minutes != _rows[i].current) Apply(static_cast<int>(i), static_cast<int>(*minutes));
     }
-    Apply(changed);
     return true;
 }
 

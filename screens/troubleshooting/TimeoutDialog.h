@@ -1,9 +1,8 @@
 #pragma once
 // The shape the timeout dialogs share: rows of minutes from 0 (disabled) to
 // 1440, digits only, pre-filled with the current values. On Enter every row
-// is checked before anything is written; a row above 1440 is refused with a
-// message box and keeps its text.
-#include <optional>
+// is taken in turn; a row above 1440 shows a message box and closes the
+// dialog, without changing that row or the rows after it.
 #include <vector>
 
 #include "catalogue/TextId.h"
@@ -29,9 +28,9 @@ protected:
     void AddRow(TextId label, int shown, int current);
     void AddRow(TextId label, int current) { AddRow(label, current, current); }
 
-    // Called once all rows are valid, with the minutes of each row that
-    // changed (empty rows and rows equal to their current value did not).
-    virtual void Apply(const std::vector<std::optional<int>>& changed) = 0;
+    // Called for each row, in order, whose minutes changed (empty rows and
+    // rows equal to their current value did not).
+    virtual void Apply(int row, int minutes) = 0;
 
 private:
     struct Row {

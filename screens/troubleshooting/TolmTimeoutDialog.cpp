@@ -23,17 +23,15 @@ TolmTimeoutDialog::TolmTimeoutDialog(Frame* parent, int seconds)
     AddRow(TextId::TolmIdleTimeout, seconds / 60, seconds % 60 == 0 ? seconds / 60 : -1);
 }
 
-void TolmTimeoutDialog::Apply(const std::vector<std::optional<int>>& changed)
+void TolmTimeoutDialog::Apply(int, int minutes)
 {
-    const auto minutes = changed.front();
-    if (!minutes) return;
-    SetTolmTimeout(*minutes * 60);
+    SetTolmTimeout(minutes * 60);
     // From now on, not from the next login.
     Frame::LoadIdleTimeout();
-    if (*minutes == 0)
+    if (minutes == 0)
         Log::Write(LOG_INFO, "Disabled Tolm timeout");
     else
-        Log::Write(LOG_INFO, "Modified Tolm timeout to %d minutes", *minutes);
+        Log::Write(LOG_INFO, "Modified Tolm timeout to %d minutes", minutes);
 }
 
 }  // namespace Tolm

@@ -10,7 +10,7 @@ public:
     TolmTimeoutDialog(Frame* parent, int seconds);
 
 private:
-    void Apply(const std::vector<std::optional<int>>& changed) override;
+    void Apply(int row, int minutes) override;
 };
 
 }  // namespace Tolm
