@@ -79,7 +79,10 @@ bool NetworkWindow::Enter()
          !Uplinks::GetMaxActiveUplinks(*_mgmtIntf, _pending._maxActiveUplinks) ||
          !Uplinks::GetVlanId(*_mgmtIntf, _pending._vlanId)))
         return false;
-    return ReadHost([this] { ReadNamesAndRoutes(); });
+    // A host failure here is not the screen's to handle: it reaches the
+    // menu's caller, which logs it and ends the console in order.
+    ReadNamesAndRoutes();
+    return true;
 }
 
 bool NetworkWindow::ReadHost(const std::function<void()>& read)

@@ -296,23 +296,23 @@ TEST(NetworkScreen, PanelsCutTheIpv6ListAndLabelIpv6Servers)
 
 TEST(NetworkScreen, HostFailuresShowTheirBox)
 {
+    {
+        // A failure reading the names is not the screen's to show: the
+        // console logs it and ends in order.
+        Console tolm("typical");
+        tolm.SetValue("/faults/GetSearchDomains", "Fault: msg = resolver down;");
+        tolm.Start();
+        ASSERT_TRUE(EnterNetwork(tolm));
+        EXPECT_TRUE(tolm.WaitForLog("Tolm aborted by exception: "));
+        EXPECT_TRUE(tolm.WaitForLog("resolver down"));
+        EXPECT_EQ(tolm.WaitForExit(), ExitStatus::Exited(0));
+    }
     Console tolm("typical");
     tolm.SetValue("/faults/SetVlanId", "PlatformConfigFault: msg = VLAN busy;");
-    tolm.SetValue("/faults/GetSearchDomains", "Fault: msg = resolver down;");
     tolm.Start();
-    // A failure while reading: the reason, and back to the menu.
-    ASSERT_TRUE(EnterNetwork(tolm));
-    EXPECT_TRUE(tolm.WaitForText(ERROR_TITLE));
-    EXPECT_TRUE(tolm.WaitForText("resolver down"));
-    ASSERT_TRUE(Settle(tolm));
-    tolm.Press(Key::Enter);
-    ASSERT_TRUE(ShowsEntry(tolm, SCREEN));
-    tolm.SetValue("/faults", json::object({{"SetVlanId", "PlatformConfigFault: msg = VLAN busy;"}}));
+    ASSERT_TRUE(OpenNetwork(tolm));
 
     // A failed group while applying: its box, and the groups after it still run.
-    ASSERT_TRUE(Settle(tolm));
-    tolm.Press(Key::Enter);
-    ASSERT_TRUE(ScreenShows(tolm, "Network Adapters"));
     ASSERT_TRUE(Edit(tolm, "VLAN (optional)", "VLAN ID (1-4094"));
     tolm.Type("9");
     ASSERT_TRUE(Accept(tolm, "VLAN (optional)", "VLAN ID (1-4094"));
