@@ -1,8 +1,14 @@
 #pragma once
 // Steps the console's end-to-end tests share: waiting for start-up, logging
 // in, opening a menu entry, and reading and typing into input fields.
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
 #include <regex>
 #include <string>
+#include <vector>
 
 #include "harness/Console.h"
 
@@ -35,12 +41,30 @@ inline bool Started(Console& tolm)
            Settle(tolm);
 }
 
-// F2 (or F12) on the status screen opens the login dialog.
-inline bool OpenLogin(Console& tolm, Key key = Key::F2)
+inline ConsoleOptions OnTerm(std::string term, std::string fixture = "typical")
+{
+    ConsoleOptions o;
+    o.fixture = std::move(fixture);
+    o.term = std::move(term);
+    return o;
+}
+
+// Presses `key` (Esc as a lone Escape); then `text` shows and the screen settles.
+inline bool PressFor(Console& tolm, Key key, std::string_view text)
 {
     tolm.Press(key);
-    return tolm.WaitForText("Login Name:") && Settle(tolm);
+    return tolm.WaitForText(text) && Settle(tolm);
 }
+
+// Presses `key`; then `text` leaves the screen and it settles.
+inline bool PressGone(Console& tolm, Key key, std::string_view text)
+{
+    tolm.Press(key);
+    return tolm.WaitForTextGone(text) && Settle(tolm);
+}
+
+// F2 (or F12) on the status screen opens the login dialog.
+inline bool OpenLogin(Console& tolm, Key key = Key::F2) { return PressFor(tolm, key, "Login Name:"); }
 
 // From the status screen through the login dialog as root: F2 leads to the
 // menu, F12 to the shut-down dialog.
@@ -125,9 +149,7 @@ inline void Retype(Console& tolm, std::string_view text)
 // The message box titled `title` showing `text` came up; Enter dismisses it.
 inline bool Dismiss(Console& tolm, std::string_view title, std::string_view text)
 {
-    if (!tolm.WaitForText(title) || !tolm.WaitForText(text) || !Settle(tolm)) return false;
-    tolm.Press(Key::Enter);
-    return tolm.WaitForTextGone(title) && Settle(tolm);
+    return tolm.WaitForText(title) && tolm.WaitForText(text) && Settle(tolm) && PressGone(tolm, Key::Enter, title);
 }
 
 inline bool NameShows(Console& tolm, const std::string& name)

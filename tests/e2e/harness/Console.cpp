@@ -18,12 +18,8 @@
 
 extern char** environ;
 
-#if defined(__SANITIZE_ADDRESS__)
+#ifdef __SANITIZE_ADDRESS__  // GCC and Clang
 #define TOLM_E2E_ASAN 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer)
-#define TOLM_E2E_ASAN 1
-#endif
 #endif
 
 namespace Tolm::E2E {
@@ -73,7 +69,7 @@ Console::Console(ConsoleOptions options) : opts_(std::move(options))
         argv.insert(argv.end(), {"--fixture", opts_.fixture});
     const RunResult r = RunCapture(argv);
     if (r.status != 0)
-        throw std::runtime_error("tolm-hostsim init failed (status " + std::to_string(r.status) + "): " + r.err + r.out);
+        throw std::runtime_error("tolm-hostsim init failed (status " + std::to_string(r.status) + "): " + r.out);
 }
 
 Console::~Console()
@@ -114,14 +110,13 @@ std::vector<std::string> Console::ChildEnvironment() const
         if (const auto eq = entry.find('='); eq != std::string::npos)
             env[entry.substr(0, eq)] = entry.substr(eq + 1);
     }
-    // curses prefers these over the terminal's size; the pty's size must win.
+    // curses prefers LINES and COLUMNS over the terminal's size.
     for (const char* name : {"LINES", "COLUMNS", "FAKETIME", "LD_PRELOAD", "TERM"})
         env.erase(name);
     if (!opts_.term.empty())
         env["TERM"] = opts_.term;
     env["TOLM_ROOT"] = root_.string();
-    // pam_wrapper refuses to start a program whose service directory is
-    // missing, so a bare root goes without it.
+    // pam_wrapper refuses to start without its service directory.
     std::string preload;
     if (fs::is_directory(root_ / "etc/pam.d")) {
         env["PAM_WRAPPER"] = "1";
@@ -173,8 +168,6 @@ void Console::Launch(const std::string& path, const std::vector<std::string>& ar
 {
     if (pid_ > 0 && !exit_)
         throw std::logic_error("Console: a program is still running");
-    if (access(path.c_str(), X_OK) != 0)
-        throw std::runtime_error("cannot execute " + path);
     StopReader();
     if (master_ >= 0)
         close(master_);
@@ -185,8 +178,7 @@ void Console::Launch(const std::string& path, const std::vector<std::string>& ar
         screen_->Resize(opts_.cols, opts_.rows);
         raw_.clear();
     }
-    // Everything the child needs is made before the fork: between fork and
-    // exec only async-signal-safe calls are allowed.
+    // Made before the fork: the child may only make async-signal-safe calls.
     const std::vector<std::string> envStrings = ChildEnvironment();
     std::vector<std::string> argStrings = {path};
     argStrings.insert(argStrings.end(), args.begin(), args.end());
@@ -367,42 +359,6 @@ void Console::SendEsc()
     Write("\x1b");
     lock.lock();
     changed_.wait_for(lock, Scaled(150ms), [&] { return outputCount_ != before || eof_; });
-}
-
-std::string Console::Row(int row, Trim trim) const
-{
-    std::lock_guard lock(mu_);
-    return screen_->Row(row, trim);
-}
-
-std::string Console::Grid(int top, int bottom, int left, int right) const
-{
-    std::lock_guard lock(mu_);
-    return screen_->Grid(top, bottom, left, right);
-}
-
-Cell Console::CellAt(int col, int row) const
-{
-    std::lock_guard lock(mu_);
-    return screen_->CellAt(col, row);
-}
-
-std::optional<Pos> Console::FindText(std::string_view text) const
-{
-    std::lock_guard lock(mu_);
-    return screen_->Find(text);
-}
-
-std::string Console::RawOutput() const
-{
-    std::lock_guard lock(mu_);
-    return raw_;
-}
-
-Clock::time_point Console::LastOutputTime() const
-{
-    std::lock_guard lock(mu_);
-    return lastOutput_;
 }
 
 }  // namespace Tolm::E2E

@@ -1,12 +1,9 @@
 #pragma once
 
-// End-to-end test harness: runs a program on a pseudo-terminal, feeds what it
-// prints into a real terminal emulator (libvterm) and lets a test type keys,
-// wait for the screen, and read the simulated host root (see ../README.md).
-//
-// Every Wait* has a deadline (stretched under sanitizers and by
-// TOLM_TEST_TIMEOUT_SCALE); on timeout it records a non-fatal failure showing
-// what was awaited and the last screen, and returns false.
+// Runs a program on a pseudo-terminal, feeds its output into libvterm, and
+// lets a test type keys, wait for the screen and read the simulated host root
+// (see ../README.md). Every Wait* has a deadline; on timeout it records a
+// non-fatal failure with the last screen and returns false.
 
 #include <chrono>
 #include <condition_variable>
@@ -51,8 +48,7 @@ struct ExitStatus {
 std::ostream& operator<<(std::ostream& os, const ExitStatus& s);
 
 struct ConsoleOptions {
-    // A fresh root made by tolm-hostsim (fixture name or file; empty for the
-    // default), or a bare directory when createRoot is false.
+    // tolm-hostsim's root from a fixture (empty: the default); a bare directory without createRoot.
     std::string fixture;
     bool createRoot = true;
     int cols = 80;
@@ -62,12 +58,22 @@ struct ConsoleOptions {
 };
 
 class Console {
+    // Reads the screen under the lock.
+    template <typename F> auto OnScreen(F f) const
+    {
+        std::lock_guard lock(mu_);
+        return f(*screen_);
+    }
+    template <typename R> R Locked(R (Screen::*get)() const) const
+    {
+        return OnScreen([&](const Screen& s) { return (s.*get)(); });
+    }
+
 public:
     Console() : Console(ConsoleOptions{}) {}
     explicit Console(std::string fixture) : Console([&] { ConsoleOptions o; o.fixture = std::move(fixture); return o; }()) {}
     explicit Console(ConsoleOptions options);
-    // Kills the program's process group; keeps the temporary directory (and
-    // prints its path) only when the test failed.
+    // Kills the program's process group; keeps the files only when the test failed.
     ~Console();
     Console(const Console&) = delete;
     Console& operator=(const Console&) = delete;
@@ -75,7 +81,6 @@ public:
     // Before Start: run under libfaketime ("+0 x60" runs the clock 60 times faster).
     void UseFakeTime(std::string offset) { fakeTime_ = std::move(offset); }
 
-    // ---- Host root ---------------------------------------------------------
     const std::filesystem::path& Root() const { return root_; }
     std::filesystem::path RootPath(std::string_view rel) const;  // "/var/..." or "var/..."
     // `tolm-hostsim set`: Set takes JSON text, SetValue a value.
@@ -91,7 +96,6 @@ public:
     std::string EventLog() const { return ReadRootFile("var/log/evtd.log"); }
     std::optional<int> PidFile() const;
 
-    // ---- Running -----------------------------------------------------------
     void Start(const std::vector<std::string>& args = {});  // bin/tolm
     void StartShell(const std::string& script);             // /bin/sh -c
     pid_t Pid() const { return pid_; }
@@ -99,34 +103,36 @@ public:
     void Signal(int sig);
     void Resize(int cols, int rows);  // the kernel sends SIGWINCH
 
-    // ---- Keys --------------------------------------------------------------
     void Press(Key key, int times = 1);
     void PressSerial(Key key) { Write(SerialKeySequence(key)); }  // ESC "2" for F2
     void Type(std::string_view text) { Write(text); }             // byte for byte
     void SendBytes(std::string_view bytes) { Write(bytes); }
-    // A lone Escape. A byte sent right after it would make an Alt-key, so
-    // this waits until the program answered, ~150 ms at most: the one fixed wait.
+    // A lone Escape: waits until the program answered (~150 ms at most), as a
+    // byte right after it would make an Alt-key.
     void SendEsc();
 
-    // ---- Screen ------------------------------------------------------------
     int Cols() const { return Locked(&Screen::Cols); }
     int Rows() const { return Locked(&Screen::Rows); }
-    std::string Row(int row, Trim trim = Trim::TrailingSpaces) const;  // -1: last row
-    // Rows top..bottom (inclusive, negative from the bottom), columns
-    // left..right-1 (right -1: to the edge), each ended by a visible "|".
-    std::string Grid(int top, int bottom, int left = 0, int right = -1) const;
-    Cell CellAt(int col, int row) const;
-    std::optional<Pos> FindText(std::string_view text) const;
+    std::string Row(int row, Trim trim = Trim::TrailingSpaces) const  // -1: last row
+    {
+        return OnScreen([&](const Screen& s) { return s.Row(row, trim); });
+    }
+    std::string Grid(int top, int bottom, int left = 0, int right = -1) const
+    {
+        return OnScreen([&](const Screen& s) { return s.Grid(top, bottom, left, right); });
+    }
+    Cell CellAt(int col, int row) const { return OnScreen([&](const Screen& s) { return s.CellAt(col, row); }); }
+    std::optional<Pos> FindText(std::string_view text) const
+    {
+        return OnScreen([&](const Screen& s) { return s.Find(text); });
+    }
     bool HasText(std::string_view text) const { return FindText(text).has_value(); }
     Pos Cursor() const { return Locked(&Screen::Cursor); }
     std::string Dump() const { return Locked(&Screen::Dump); }
-    std::map<int, Rgb> Palette() const { return Locked(&Screen::Palette); }
-    int PaletteResets() const { return Locked(&Screen::PaletteResets); }
-    std::string RawOutput() const;  // everything the program wrote
-    // When the program last wrote anything (for measuring, not for waiting).
-    Clock::time_point LastOutputTime() const;
+    std::string RawOutput() const { return OnScreen([&](const Screen&) { return raw_; }); }
+    // When the program last wrote (for measuring, not for waiting).
+    Clock::time_point LastOutputTime() const { return OnScreen([&](const Screen&) { return lastOutput_; }); }
 
-    // ---- Waits (non-fatal failure and false on timeout) --------------------
     using Where = std::source_location;
     bool WaitForText(std::string_view text, Duration timeout = DefaultTimeout(), Where loc = Where::current());
     bool WaitForTextGone(std::string_view text, Duration timeout = DefaultTimeout(), Where loc = Where::current());
@@ -138,16 +144,10 @@ public:
     bool WaitForEvent(std::string_view text, Duration timeout = DefaultTimeout(), Where loc = Where::current());
     // On timeout the status has timedOut set.
     ExitStatus WaitForExit(Duration timeout = DefaultTimeout(), Where loc = Where::current());
-    // Until the program printed nothing for `quiet`: before asserting that
-    // something did NOT appear.
+    // Until the program printed nothing for `quiet`: before asserting that something did NOT appear.
     bool WaitForQuiet(Duration quiet = 200ms, Duration timeout = DefaultTimeout(), Where loc = Where::current());
 
 private:
-    template <typename R> R Locked(R (Screen::*get)() const) const
-    {
-        std::lock_guard lock(mu_);
-        return (screen_.get()->*get)();
-    }
     void Launch(const std::string& path, const std::vector<std::string>& args);
     std::vector<std::string> ChildEnvironment() const;
     void ReaderLoop(int fd, int stopFd);

@@ -40,7 +40,7 @@ std::string Console::HostSim(const std::vector<std::string>& args)
         std::string cmd;
         for (const auto& a : args)
             cmd += " " + a;
-        ADD_FAILURE() << "tolm-hostsim" << cmd << " failed with status " << r.status << ": " << r.err << r.out;
+        ADD_FAILURE() << "tolm-hostsim" << cmd << " failed with status " << r.status << ": " << r.out;
     }
     return r.out;
 }

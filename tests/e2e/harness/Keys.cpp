@@ -44,12 +44,4 @@ std::string SerialKeySequence(Key key)
     return KeySequence(key);
 }
 
-const char* KeyName(Key key)
-{
-    static const char* const names[] = {"F1", "F2", "F3", "F4", "F5", "F6", "F7", "F8", "F9", "F10", "F11", "F12",
-                                        "Up", "Down", "Left", "Right", "Home", "End", "PageUp", "PageDown",
-                                        "Insert", "Delete", "Enter", "Backspace", "Tab", "Esc"};
-    return names[static_cast<int>(key)];
-}
-
 }  // namespace Tolm::E2E

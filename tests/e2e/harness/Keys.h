@@ -15,14 +15,12 @@ enum class Key {
 // as ESC [[A..E, cursor keys always ESC [A.
 enum class KeyFlavour { Xterm, Linux };
 
-// The bytes `flavour` sends for `key`; cursor keys follow whether the program
-// switched to application cursor mode (curses does when it enables the keypad).
+// The bytes `flavour` sends for `key`; xterm's cursor keys follow the
+// application cursor mode (curses sets it when it enables the keypad).
 std::string KeySequence(Key key, KeyFlavour flavour = KeyFlavour::Xterm, bool applicationCursor = false);
 
 // The ESC-plus-character form of a serial terminal without function keys (ESC
 // "2" for F2, ESC "0" for F10, ESC "h" for Home ...); other keys as KeySequence.
 std::string SerialKeySequence(Key key);
-
-const char* KeyName(Key key);  // "F2", "Enter" ...
 
 }  // namespace Tolm::E2E

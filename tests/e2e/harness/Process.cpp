@@ -1,7 +1,6 @@
 #include "harness/Process.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <fcntl.h>
 #include <fstream>
 #include <glob.h>
@@ -17,16 +16,13 @@ namespace Tolm::E2E {
 
 RunResult RunCapture(const std::vector<std::string>& argv)
 {
-    // Standard error goes to a file, so the output pipe is the only one to drain.
-    FILE* err = std::tmpfile();
     int out[2];
-    if (!err || pipe2(out, O_CLOEXEC) != 0)
-        throw std::runtime_error("RunCapture: no pipe or temporary file");
-    fcntl(fileno(err), F_SETFD, FD_CLOEXEC);
+    if (pipe2(out, O_CLOEXEC) != 0)
+        throw std::runtime_error("RunCapture: no pipe");
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, out[1], 1);
-    posix_spawn_file_actions_adddup2(&actions, fileno(err), 2);
+    posix_spawn_file_actions_adddup2(&actions, out[1], 2);
     posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
     std::vector<char*> args;
     for (const auto& a : argv)
@@ -36,7 +32,6 @@ RunResult RunCapture(const std::vector<std::string>& argv)
     const int rc = posix_spawn(&pid, args[0], &actions, nullptr, args.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     close(out[1]);
-
     RunResult result;
     char buf[4096];
     for (ssize_t n; (n = read(out[0], buf, sizeof buf)) != 0;) {
@@ -50,12 +45,8 @@ RunResult RunCapture(const std::vector<std::string>& argv)
     while (rc == 0 && waitpid(pid, &status, 0) < 0 && errno == EINTR) {
     }
     result.status = rc != 0 ? 127 : WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
-    std::rewind(err);
-    for (size_t n; (n = std::fread(buf, 1, sizeof buf, err)) > 0;)
-        result.err.append(buf, n);
-    std::fclose(err);
     if (rc != 0)
-        result.err += "cannot start " + argv[0];
+        result.out += "cannot start " + argv[0];
     return result;
 }
 

@@ -7,8 +7,7 @@ namespace Tolm::E2E {
 
 struct RunResult {
     int status = -1;  // exit code, or 128 + signal
-    std::string out;
-    std::string err;
+    std::string out;  // standard output and error
 };
 
 // Runs argv[0] (an absolute path) with the harness's environment.

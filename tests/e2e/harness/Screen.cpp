@@ -11,42 +11,17 @@ namespace {
 
 void AppendUtf8(std::string& out, uint32_t c)
 {
-    if (c < 0x80) {
-        out += static_cast<char>(c);
-    } else if (c < 0x800) {
-        out += static_cast<char>(0xC0 | (c >> 6));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    } else if (c < 0x10000) {
-        out += static_cast<char>(0xE0 | (c >> 12));
-        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    } else {
-        out += static_cast<char>(0xF0 | (c >> 18));
-        out += static_cast<char>(0x80 | ((c >> 12) & 0x3F));
-        out += static_cast<char>(0x80 | ((c >> 6) & 0x3F));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    }
+    static const unsigned char lead[] = {0, 0xC0, 0xE0, 0xF0};
+    const int n = c < 0x80 ? 0 : c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;  // continuation bytes
+    out += static_cast<char>(lead[n] | (c >> (6 * n)));
+    for (int i = n - 1; i >= 0; --i)
+        out += static_cast<char>(0x80 | ((c >> (6 * i)) & 0x3F));
 }
 
-// The value of `s` read as hex digits, -1 unless it is all hex digits.
-int HexValue(std::string_view s)
-{
-    if (s.empty() || s.find_first_not_of("0123456789abcdefABCDEF") != std::string_view::npos)
-        return -1;
-    return std::stoi(std::string(s), nullptr, 16);
-}
-
-// Longest escape sequence we hold back before giving up and passing it on.
+// Longest escape sequence held back before it is passed on as it is.
 constexpr size_t kMaxPending = 4096;
 
 }  // namespace
-
-std::ostream& operator<<(std::ostream& os, const Rgb& c)
-{
-    char buf[16];
-    std::snprintf(buf, sizeof buf, "#%02x%02x%02x", c.r, c.g, c.b);
-    return os << buf;
-}
 
 std::ostream& operator<<(std::ostream& os, const Cell& c)
 {
@@ -80,8 +55,6 @@ void Screen::Reset()
 {
     pending_.clear();
     appCursor_ = false;
-    palette_.clear();
-    paletteResets_ = 0;
     vterm_screen_reset(screen_, 1);
 }
 
@@ -100,96 +73,36 @@ void Screen::Feed(std::string_view bytes)
         vterm_input_write(vt_, out.data(), out.size());
 }
 
-// Takes out the palette sequences before libvterm sees them: the Linux
-// console's ESC ] P nrrggbb and ESC ] R have no terminator, and libvterm
-// would swallow the text after them as an unfinished string. xterm's OSC 4
-// palette changes are recorded too, and the cursor-key mode is tracked so
-// Console can send cursor keys as xterm would.
+// Drops the Linux console's palette sequences (ESC ] P nrrggbb, ESC ] R),
+// which have no terminator: libvterm would swallow the text after them. Notes
+// the cursor-key mode, so that Console sends cursor keys as xterm would.
 void Screen::Filter(std::string_view bytes, std::string& out)
 {
     for (char ch : bytes) {
-        if (pending_.empty()) {
-            if (ch == '\x1b')
-                pending_ = ch;
-            else
-                out += ch;
+        if (pending_.empty() && ch != '\x1b') {
+            out += ch;
             continue;
         }
         pending_ += ch;
         const std::string& p = pending_;
-        if (p.size() == 2) {
-            if (p[1] != ']' && p[1] != '[') {
-                out += p;
-                pending_.clear();
-            }
+        bool whole = false;
+        if (p.size() < 3) {
+            whole = p.size() == 2 && p[1] != ']' && p[1] != '[';
+        } else if (p[1] == '[') {
+            whole = (ch >= 0x40 && ch <= 0x7E) || p.size() > kMaxPending;
+            if (p == "\x1b[?1h" || p == "\x1b[?1l")
+                appCursor_ = p.back() == 'h';
+        } else if (p[2] == 'R' || (p[2] == 'P' && p.size() == 10)) {
+            pending_.clear();
             continue;
+        } else {
+            whole = p[2] != 'P';  // any other string: libvterm reads the rest
         }
-        if (p[1] == '[') {
-            const unsigned char c = static_cast<unsigned char>(ch);
-            if (c >= 0x40 && c <= 0x7E) {
-                if (p == "\x1b[?1h")
-                    appCursor_ = true;
-                else if (p == "\x1b[?1l")
-                    appCursor_ = false;
-                out += p;
-                pending_.clear();
-            } else if (p.size() > kMaxPending) {
-                out += p;
-                pending_.clear();
-            }
-            continue;
-        }
-        // OSC: p starts with ESC ].
-        if (p[2] == 'R') {
-            ++paletteResets_;
-            pending_.clear();
-        } else if (p[2] == 'P') {
-            if (p.size() == 10) {
-                const std::string_view v(p);
-                const int index = HexValue(v.substr(3, 1)), r = HexValue(v.substr(4, 2));
-                const int g = HexValue(v.substr(6, 2)), b = HexValue(v.substr(8, 2));
-                if (index >= 0 && r >= 0 && g >= 0 && b >= 0)
-                    palette_[index] = Rgb{uint8_t(r), uint8_t(g), uint8_t(b)};
-                pending_.clear();
-            }
-        } else if (ch == '\a') {
-            HandleOsc(std::string_view(p).substr(2, p.size() - 3));
-            pending_.clear();
-        } else if (p.size() >= 4 && p[p.size() - 2] == '\x1b' && ch == '\\') {
-            HandleOsc(std::string_view(p).substr(2, p.size() - 4));
-            pending_.clear();
-        } else if (p.size() > kMaxPending) {
+        if (whole) {
+            out += p;
             pending_.clear();
         }
     }
-}
-
-// "4;INDEX;rgb:RR/GG/BB" (possibly several index;colour pairs).
-void Screen::HandleOsc(std::string_view body)
-{
-    if (body.substr(0, 2) != "4;")
-        return;
-    body.remove_prefix(2);
-    while (!body.empty()) {
-        const auto semi = body.find(';');
-        if (semi == std::string_view::npos)
-            return;
-        const int index = std::atoi(std::string(body.substr(0, semi)).c_str());
-        body.remove_prefix(semi + 1);
-        const auto end = body.find(';');
-        std::string_view colour = body.substr(0, end);
-        body = end == std::string_view::npos ? std::string_view() : body.substr(end + 1);
-        if (colour.substr(0, 4) != "rgb:" || colour.size() < 12)
-            continue;
-        const int r = HexValue(colour.substr(4, 2)), g = HexValue(colour.substr(7, 2)), b = HexValue(colour.substr(10, 2));
-        if (r >= 0 && g >= 0 && b >= 0)
-            palette_[index] = Rgb{uint8_t(r), uint8_t(g), uint8_t(b)};
-    }
-}
-
-int Screen::NormRow(int row) const
-{
-    return row < 0 ? rows_ + row : row;
 }
 
 Screen::RowCells Screen::Cells(int row) const

@@ -1,8 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
-#include <memory>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -13,12 +11,6 @@ struct VTerm;
 struct VTermScreen;
 
 namespace Tolm::E2E {
-
-struct Rgb {
-    uint8_t r = 0, g = 0, b = 0;
-    bool operator==(const Rgb&) const = default;
-};
-std::ostream& operator<<(std::ostream& os, const Rgb& c);
 
 // A colour the program did not set (the terminal's default); -2 is direct RGB.
 inline constexpr int kDefaultColor = -1;
@@ -44,11 +36,11 @@ std::ostream& operator<<(std::ostream& os, const Pos& p);
 enum class Trim { Keep, TrailingSpaces };
 
 // A libvterm terminal of a fixed size fed with the program's output. Not
-// thread-safe: Console guards it with its lock.
+// thread-safe: Console guards it with its lock. Rows may be negative, counted
+// from the bottom (-1 is the last row).
 class Screen {
 public:
-    // `reply` receives what the terminal answers (cursor position reports,
-    // device attributes); Console writes it back to the program.
+    // `reply` receives what the terminal answers (cursor position reports ...).
     using ReplyFn = void (*)(const char* bytes, size_t len, void* user);
 
     Screen(int cols, int rows, ReplyFn reply, void* user);
@@ -62,25 +54,17 @@ public:
 
     int Cols() const { return cols_; }
     int Rows() const { return rows_; }
-
-    // Row `row` (negative counts from the bottom: -1 is the last row).
     std::string Row(int row, Trim trim = Trim::Keep) const;
     Cell CellAt(int col, int row) const;
     std::optional<Pos> Find(std::string_view text) const;
     Pos Cursor() const;
-
     // Rows top..bottom, columns left..right-1 (right -1: to the edge), each
     // ended by a visible "|": a whole layout to compare at once.
     std::string Grid(int top, int bottom, int left = 0, int right = -1) const;
     // Every row with its number and a visible end, for failure messages.
     std::string Dump() const;
-
     // Whether the program asked for application cursor keys (ESC [?1h).
     bool ApplicationCursor() const { return appCursor_; }
-    // Palette entries the program redefined, by index (xterm's OSC 4 and the
-    // Linux console's ESC ] P), and how often it reset the palette (ESC ] R).
-    std::map<int, Rgb> Palette() const { return palette_; }
-    int PaletteResets() const { return paletteResets_; }
 
 private:
     struct RowCells {
@@ -88,18 +72,14 @@ private:
         std::vector<int> colOfByte;  // column of each byte of `text`
     };
     RowCells Cells(int row) const;
-    int NormRow(int row) const;
+    int NormRow(int row) const { return row < 0 ? rows_ + row : row; }
     void Filter(std::string_view bytes, std::string& out);
-    void HandleOsc(std::string_view body);
 
     VTerm* vt_ = nullptr;
     VTermScreen* screen_ = nullptr;
     int cols_, rows_;
-    // Bytes of an escape sequence split across two reads.
-    std::string pending_;
+    std::string pending_;  // an escape sequence split across two reads
     bool appCursor_ = false;
-    std::map<int, Rgb> palette_;
-    int paletteResets_ = 0;
 };
 
 }  // namespace Tolm::E2E
