@@ -1,10 +1,6 @@
 // The status screen's keys and sessions: the notice when logging in is
 // switched off, dimming, restart requests and which terminals count as the
 // local console. The idle timeout is met in the troubleshooting tests.
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <string>
 
 #include "Steps.h"
 
@@ -19,48 +15,33 @@ TEST(StatusKeys, LoginSwitchedOffShowsOnlyTheNotice)
     std::filesystem::remove(tolm.RootPath(LOGIN_FLAG));
     tolm.Start();
     ASSERT_TRUE(Started(tolm));
+    // F2 as xterm sends it; other keys than Enter leave the notice open.
+    ASSERT_TRUE(PressFor(tolm, Key::F2, "<Enter> OK"));  // the footer is written last
+    EXPECT_TRUE(tolm.HasText(DENIED_TITLE));
+    EXPECT_TRUE(tolm.HasText("Direct console access has been disabled by the"));
+    EXPECT_TRUE(tolm.HasText("administrator for tarnhost01.lab.example.com."));
+    EXPECT_FALSE(tolm.HasText("Login Name:"));
+    tolm.Type("q");
+    tolm.Press(Key::Down);
+    ASSERT_TRUE(tolm.WaitForQuiet());
+    EXPECT_TRUE(tolm.HasText(DENIED_TITLE));
+    ASSERT_TRUE(PressGone(tolm, Key::Enter, DENIED_TITLE));
 
-    // F2 as xterm sends it, closed with Enter; F12 in its serial form
-    // ESC "@", closed with Esc.
-    for (bool serial : {false, true}) {
-        const Key key = serial ? Key::F12 : Key::F2;
-        SCOPED_TRACE(KeyName(key));
-        serial ? tolm.PressSerial(key) : tolm.Press(key);
-        // The footer is written last.
-        ASSERT_TRUE(tolm.WaitForText("<Enter> OK"));
-        EXPECT_TRUE(tolm.HasText(DENIED_TITLE));
-        EXPECT_TRUE(tolm.HasText("Direct console access has been disabled by the"));
-        EXPECT_TRUE(tolm.HasText("administrator for tarnhost01.lab.example.com."));
-        EXPECT_FALSE(tolm.HasText("Login Name:"));
-        // Other keys leave it open.
-        tolm.Type("q");
-        tolm.Press(Key::Down);
-        ASSERT_TRUE(tolm.WaitForQuiet());
-        EXPECT_TRUE(tolm.HasText(DENIED_TITLE));
-        serial ? tolm.SendEsc() : tolm.Press(Key::Enter);
-        ASSERT_TRUE(tolm.WaitForTextGone(DENIED_TITLE));
-        EXPECT_TRUE(tolm.WaitForText("Download tools to manage this host from:"));
-        ASSERT_TRUE(tolm.WaitForQuiet());
-    }
-
-    // A failed domain query still names the host.
+    // F12 in its serial form ESC "@", closed with Esc; a failed domain query
+    // still names the host.
     tolm.Set("/faults", R"({"GetDomain": "resolver gone"})");
-    tolm.Press(Key::F2);
-    ASSERT_TRUE(tolm.WaitForText("<Enter> OK"));
+    tolm.PressSerial(Key::F12);
+    ASSERT_TRUE(tolm.WaitForText("<Enter> OK") && Settle(tolm));
     EXPECT_TRUE(tolm.HasText("administrator for tarnhost01.."));
     EXPECT_TRUE(tolm.WaitForLog("Getting domain failed: resolver gone"));
-    tolm.Press(Key::Enter);
-    EXPECT_TRUE(tolm.WaitForTextGone(DENIED_TITLE));
+    ASSERT_TRUE(PressGone(tolm, Key::Esc, DENIED_TITLE));
     EXPECT_TRUE(tolm.Running());
     EXPECT_EQ(tolm.Syslog().find("logged in"), std::string::npos);
 }
 
 TEST(StatusKeys, AfterAMinuteScreensDimAndTheNextKeyRepaintsThem)
 {
-    ConsoleOptions options;
-    options.fixture = "typical";
-    options.term = "xterm-256color";
-    Console tolm(options);
+    Console tolm(OnTerm("xterm-256color"));
     // The idle timeout never applies to the status screen itself.
     tolm.SetValue("/advancedOptions/UserVars/TolmTimeOut/value", 60);
     tolm.UseFakeTime("+0 x60");
@@ -119,14 +100,9 @@ TEST(StatusKeys, OnlyXtermAndLinuxCountAsTheLocalConsole)
     // (no keyboard line in the login dialog); so is vt100, see the login tests.
     for (const char* term : {"xterm", "linux", "xterm-256color", "", "no-such-terminal"}) {
         SCOPED_TRACE(std::string("TERM=") + term);
-        ConsoleOptions options;
-        options.fixture = "typical";
-        options.term = term;
-        Console tolm(options);
+        Console tolm(OnTerm(term));
         tolm.Start();
-        ASSERT_TRUE(Started(tolm));
-        tolm.Press(Key::F2);
-        ASSERT_TRUE(tolm.WaitForText("<Esc> Cancel"));
+        ASSERT_TRUE(Started(tolm) && PressFor(tolm, Key::F2, "<Esc> Cancel"));
         const bool local = std::string(term) == "xterm" || std::string(term) == "linux";
         EXPECT_EQ(tolm.HasText("Configured Keyboard (US Default)"), local);
     }
@@ -142,11 +118,9 @@ TEST(StatusKeys, CtrlSIsAPlainKeyAndEndOfInputEndsTheConsole)
     tolm.SendBytes("\x13");
     ASSERT_TRUE(tolm.WaitUntil([&] { return tolm.RawOutput().size() > before; }, "the repaint after Ctrl-S"));
     ASSERT_TRUE(Settle(tolm));  // the repaint discards type-ahead
-    tolm.Press(Key::F2);
-    EXPECT_TRUE(tolm.WaitForText("Login Name:"));
+    ASSERT_TRUE(OpenLogin(tolm));
     tolm.SendBytes("\x11");
-    tolm.SendEsc();
-    EXPECT_TRUE(tolm.WaitForTextGone("Login Name:"));
+    EXPECT_TRUE(PressGone(tolm, Key::Esc, "Login Name:"));
 
     // Standard input at its end: the console ends instead of spinning.
     Console closed("typical");
