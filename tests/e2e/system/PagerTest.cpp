@@ -1,12 +1,8 @@
 // The log viewer's pager owns the terminal while it runs: its keys are its
 // own, and the session still ends on the idle timeout or a removed card,
 // taking the pager with it.
-#include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <iterator>
-#include <string>
 
 #include "Steps.h"
 
@@ -31,9 +27,7 @@ bool PagerRunning(const Console& tolm)
 bool OpenSyslog(Console& tolm)
 {
     tolm.Press(Key::Down, 8);
-    if (!ShowsEntry(tolm, "View System Logs") || !tolm.WaitForQuiet()) return false;
-    tolm.Press(Key::F1);
-    return tolm.WaitForText(PAGER_PROMPT) && tolm.WaitForQuiet();
+    return ShowsEntry(tolm, "View System Logs") && Settle(tolm) && PressFor(tolm, Key::F1, PAGER_PROMPT);
 }
 
 TEST(Pager, CtrlCAndCtrlZReachThePagerAlone)
@@ -42,8 +36,9 @@ TEST(Pager, CtrlCAndCtrlZReachThePagerAlone)
     tolm.Start();
     ASSERT_TRUE(LogInToMenu(tolm));
     ASSERT_TRUE(OpenSyslog(tolm));
-    tolm.SendBytes("\x03");  // Ctrl-C
-    tolm.SendBytes("\x1a");  // Ctrl-Z
+    EXPECT_TRUE(tolm.WaitForText("Starting Tolm"));  // the syslog itself
+    EXPECT_FALSE(tolm.HasText("System Customization"));
+    tolm.SendBytes("\x03\x1a");  // Ctrl-C, Ctrl-Z
     ASSERT_TRUE(tolm.WaitForQuiet());
     EXPECT_TRUE(tolm.Running());
     EXPECT_TRUE(PagerRunning(tolm));
@@ -51,7 +46,7 @@ TEST(Pager, CtrlCAndCtrlZReachThePagerAlone)
     EXPECT_TRUE(ShowsEntry(tolm, "View System Logs"));
     EXPECT_TRUE(tolm.WaitUntil([&] { return !PagerRunning(tolm); }, "pager gone"));
     // The menu has the terminal and its keys again.
-    ASSERT_TRUE(tolm.WaitForQuiet());
+    ASSERT_TRUE(tolm.WaitForText("Configure Password") && Settle(tolm));
     tolm.Press(Key::Up);
     EXPECT_TRUE(ShowsEntry(tolm, "Troubleshooting Options"));
     EXPECT_TRUE(tolm.Running());
@@ -67,13 +62,11 @@ TEST(Pager, IdleTimeoutEndsTheSessionAndThePager)
     ASSERT_TRUE(OpenSyslog(tolm));
     ASSERT_TRUE(tolm.WaitForLog("User root logged out."));
     EXPECT_TRUE(tolm.WaitUntil([&] { return !PagerRunning(tolm); }, "pager ended"));
-    ASSERT_TRUE(tolm.WaitForText("Download tools to manage this host from:"));
+    ASSERT_TRUE(tolm.WaitForText("Download tools to manage this host from:") && Settle(tolm));
     EXPECT_FALSE(tolm.HasText(PAGER_PROMPT));
     // The status screen has the terminal and its keys.
-    ASSERT_TRUE(tolm.WaitForQuiet());
     std::filesystem::remove(tolm.RootPath(LOGIN_FLAG));
-    tolm.Press(Key::F2);
-    EXPECT_TRUE(tolm.WaitForText("Authentication Denied"));
+    EXPECT_TRUE(PressFor(tolm, Key::F2, "Authentication Denied"));
 }
 
 TEST(Pager, RemovedSmartCardEndsTheSessionAndThePager)
@@ -88,8 +81,7 @@ TEST(Pager, RemovedSmartCardEndsTheSessionAndThePager)
     tolm.Type("1234");
     tolm.Press(Key::Enter);
     ASSERT_TRUE(tolm.WaitForLog("User jdoe logged in"));
-    ASSERT_TRUE(ShowsEntry(tolm, "Configure Password") && tolm.WaitForQuiet());
-    ASSERT_TRUE(OpenSyslog(tolm));
+    ASSERT_TRUE(ShowsEntry(tolm, "Configure Password") && Settle(tolm) && OpenSyslog(tolm));
 
     tolm.CardRemove("jdoe");
     EXPECT_TRUE(tolm.WaitForLog("Logging out user id 'jdoe'"));
