@@ -1,6 +1,5 @@
 // Lockdown mode through the management agent: entering and leaving, no
 // request when nothing changed, a refused request.
-#include <gtest/gtest.h>
 
 #include "Steps.h"
 
@@ -8,20 +7,9 @@ namespace Tolm::E2E {
 namespace {
 
 // Opens the dialog from its menu entry showing the box as `box` ("[ ]" or "[X]").
-bool Open(Console& tolm, const std::string& box)
-{
-    tolm.Press(Key::Enter);
-    return tolm.WaitForText(box + " Enable lockdown mode") && Settle(tolm);
-}
+bool Open(Console& tolm, const std::string& box) { return PressFor(tolm, Key::Enter, box + " Enable lockdown mode"); }
 
-bool Close(Console& tolm, Key key = Key::Enter)
-{
-    if (key == Key::Esc)
-        tolm.SendEsc();
-    else
-        tolm.Press(key);
-    return tolm.WaitForTextGone("Enable lockdown mode") && Settle(tolm);
-}
+bool Close(Console& tolm, Key key = Key::Enter) { return PressGone(tolm, key, "Enable lockdown mode"); }
 
 TEST(Lockdown, EntersAndLeavesButRunsNothingWhenUnchanged)
 {
@@ -66,8 +54,7 @@ TEST(Lockdown, EntersAndLeavesButRunsNothingWhenUnchanged)
     ASSERT_TRUE(Close(tolm));
     ASSERT_TRUE(tolm.WaitForLog("err Tolm["));
     EXPECT_TRUE(tolm.WaitForLog("Enabling lockdown mode failed with error: "));
-    EXPECT_NE(tolm.Syslog().find("agent busy\n"), std::string::npos)
-        << tolm.Syslog();
+    EXPECT_NE(tolm.Syslog().find("agent busy\n"), std::string::npos) << tolm.Syslog();
     // The tool's own newline does not become a blank line of its own.
     EXPECT_EQ(tolm.Syslog().find("\n\n"), std::string::npos) << tolm.Syslog();
     EXPECT_EQ(tolm.State("/system/lockdown/enabled"), false);

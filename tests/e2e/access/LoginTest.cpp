@@ -1,7 +1,6 @@
 // Login through real PAM calls on the simulated host: results in syslog and
 // the event log, the two failure messages, focus rules, PIN mode and the
 // serial line.
-#include <gtest/gtest.h>
 
 #include "Steps.h"
 
@@ -25,13 +24,10 @@ TEST(Login, FailuresKeepTheDialogUntilTheRightPasswordGetsIn)
     ASSERT_TRUE(tolm.WaitForText("*********"));
     EXPECT_FALSE(tolm.HasText("wrongpass"));
     tolm.Press(Key::Enter);
-    ASSERT_TRUE(tolm.WaitForText("Invalid login or password."));
-    EXPECT_TRUE(tolm.HasText("Authentication failed"));
     EXPECT_TRUE(tolm.WaitForLog("auth.err Tolm["));
     EXPECT_TRUE(tolm.WaitForLog("Authentication of user root failed with authentication failure."));
     EXPECT_TRUE(tolm.WaitForEvent("@&!*@*@(evt.user.tolm.login.failed)Authentication for user root failed"));
-    tolm.Press(Key::Enter);
-    ASSERT_TRUE(tolm.WaitForTextGone("Invalid login or password.") && Settle(tolm));
+    ASSERT_TRUE(Dismiss(tolm, "Authentication failed", "Invalid login or password."));
     EXPECT_TRUE(FieldReads(tolm, "Password:", R"( +\[ +\])"));
     EXPECT_TRUE(NameShows(tolm, "root"));
 
@@ -41,11 +37,9 @@ TEST(Login, FailuresKeepTheDialogUntilTheRightPasswordGetsIn)
     tolm.Press(Key::Enter);
     tolm.Type("sshonly");
     tolm.Press(Key::Enter);
-    ASSERT_TRUE(tolm.WaitForText("User does not have permission to login to Tolm."));
     EXPECT_TRUE(tolm.WaitForLog("Authorization of user sshonly failed with permission denied error."));
     EXPECT_TRUE(tolm.WaitForEvent("Authentication for user sshonly failed"));
-    tolm.Press(Key::Enter);
-    ASSERT_TRUE(tolm.WaitForTextGone("permission") && Settle(tolm));
+    ASSERT_TRUE(Dismiss(tolm, "Authentication failed", "User does not have permission to login to Tolm."));
     ASSERT_TRUE(NameShows(tolm, "sshonly"));
     EXPECT_FALSE(tolm.HasText("*******"));
 
@@ -75,8 +69,7 @@ TEST(Login, TabWrapsToTheKeyboardLineWhichOpensTheLayoutChoice)
     ASSERT_TRUE(OpenLogin(tolm));
     // Name, password, then back to the first item: the keyboard line.
     tolm.Press(Key::Tab, 2);
-    tolm.Press(Key::Enter);
-    ASSERT_TRUE(tolm.WaitForText("Configure Keyboard") && Settle(tolm));
+    ASSERT_TRUE(PressFor(tolm, Key::Enter, "Configure Keyboard"));
     tolm.Press(Key::Down);
     tolm.Type(" ");
     tolm.Press(Key::Enter);
@@ -89,16 +82,13 @@ TEST(Login, TabWrapsToTheKeyboardLineWhichOpensTheLayoutChoice)
     tolm.Type("x");
     EXPECT_TRUE(NameShows(tolm, "x"));
     // Esc cancels back to the status screen.
-    tolm.SendEsc();
-    EXPECT_TRUE(tolm.WaitForTextGone("Login Name:"));
-    EXPECT_TRUE(tolm.WaitForText("Download tools to manage this host from:"));
+    EXPECT_TRUE(PressGone(tolm, Key::Esc, "Login Name:"));
+    EXPECT_TRUE(tolm.HasText("Download tools to manage this host from:"));
 }
 
 TEST(Login, SerialLineHasNoKeyboardLineAndStartsOnTheLoginName)
 {
-    ConsoleOptions options;
-    options.term = "vt100";
-    Console tolm(options);
+    Console tolm(OnTerm("vt100", ""));
     tolm.SetValue("/faults/GetHostname", "resolver down");
     tolm.Start();
     ASSERT_TRUE(Started(tolm));
@@ -133,13 +123,10 @@ TEST(Login, SmartCardPinModeSwitchesWithF3AndCardRemovalEndsTheSession)
     EXPECT_TRUE(tolm.HasText("<F3> Switch PIN/Password Login"));
     EXPECT_TRUE(NameShows(tolm, "jdoe"));
 
-    tolm.Press(Key::F3);
-    ASSERT_TRUE(tolm.WaitForText("Enter an authorized login name and password for"));
+    ASSERT_TRUE(PressFor(tolm, Key::F3, "Enter an authorized login name and password for"));
     EXPECT_TRUE(NameShows(tolm, "root"));
     EXPECT_FALSE(tolm.HasText("<F3>"));
-
-    tolm.Press(Key::F3);
-    ASSERT_TRUE(tolm.WaitForText("Enter the smart card login PIN for"));
+    ASSERT_TRUE(PressFor(tolm, Key::F3, "Enter the smart card login PIN for"));
     ASSERT_TRUE(NameShows(tolm, "jdoe"));
     tolm.Press(Key::Enter);
     tolm.Type("1234");

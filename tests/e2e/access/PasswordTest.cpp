@@ -1,21 +1,14 @@
 // Password change through real PAM calls: every refusal keeps the right
 // fields, a change backs up the host and the new password is the one that
 // logs in afterwards.
-#include <gtest/gtest.h>
-
-#include <initializer_list>
 
 #include "Steps.h"
 
 namespace Tolm::E2E {
 namespace {
 
-bool OpenChangePassword(Console& tolm)
-{
-    if (!LogInToMenu(tolm)) return false;
-    tolm.Press(Key::Enter);  // "Configure Password" is the first entry
-    return tolm.WaitForText("Old Password:") && Settle(tolm);
-}
+// "Configure Password" is the menu's first entry.
+bool OpenChangePassword(Console& tolm) { return LogInToMenu(tolm) && PressFor(tolm, Key::Enter, "Old Password:"); }
 
 // Types into the fields from the focused one on, Tab between them, then Enter.
 void Fill(Console& tolm, std::initializer_list<const char*> fields)
@@ -39,9 +32,7 @@ bool FieldShows(Console& tolm, const std::string& label, int stars)
 // Acknowledges the message box showing `text`.
 bool Acknowledge(Console& tolm, const std::string& text)
 {
-    if (!tolm.WaitForText(text)) return false;
-    tolm.Press(Key::Enter);
-    return tolm.WaitForTextGone(text) && Settle(tolm);
+    return tolm.WaitForText(text) && PressGone(tolm, Key::Enter, text);
 }
 
 TEST(ChangePassword, RefusalsEmptyTheRightFieldsUntilTheSamePasswordIsConfirmed)
@@ -83,8 +74,7 @@ TEST(ChangePassword, RefusalsEmptyTheRightFieldsUntilTheSamePasswordIsConfirmed)
     // The same password again asks first; Esc goes back with the fields as they were.
     Fill(tolm, {ROOT_PASSWORD, ROOT_PASSWORD});
     ASSERT_TRUE(tolm.WaitForText("New password is same as old password. Are you sure?") && Settle(tolm));
-    tolm.SendEsc();
-    ASSERT_TRUE(tolm.WaitForTextGone("Are you sure?") && Settle(tolm));
+    ASSERT_TRUE(PressGone(tolm, Key::Esc, "Are you sure?"));
     EXPECT_TRUE(FieldShows(tolm, "Confirm Password:", 8));
     EXPECT_EQ(tolm.ReadRootFile("/etc/pellor/passdb"), passdb);
     EXPECT_EQ(tolm.Syslog().find("has changed"), std::string::npos);
@@ -108,12 +98,7 @@ TEST(ChangePassword, ChangesBacksUpAndOnlyTheNewPasswordLogsIn)
     Console tolm;
     tolm.Start();
     ASSERT_TRUE(OpenChangePassword(tolm));
-    tolm.Type(ROOT_PASSWORD);
-    tolm.Press(Key::Enter);
-    tolm.Type("n3wpass");
-    tolm.Press(Key::Enter);
-    tolm.Type("n3wpass");
-    tolm.Press(Key::Enter);
+    Fill(tolm, {ROOT_PASSWORD, "n3wpass", "n3wpass"});
     ASSERT_TRUE(tolm.WaitForLog("user.info Tolm[" + std::to_string(tolm.Pid()) +
                                 "]: Login password for user root has changed"));
     EXPECT_TRUE(tolm.WaitForEvent("@&!*@*@(evt.user.tolm.login.passwd.changed)Login password for user root changed"));

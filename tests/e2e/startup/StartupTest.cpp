@@ -1,13 +1,5 @@
-// The console's process life: start-up side effects, the VT argument, and
-// the ways out through signals and the resize key.
-#include <gtest/gtest.h>
-#include <unistd.h>
-
-#include <csignal>
-#include <filesystem>
-#include <map>
-#include <fstream>
-#include <string>
+// The console's process life: start-up side effects, the VT argument, the
+// host backend, and the ways out through signals and the resize key.
 
 #include "Steps.h"
 
@@ -22,10 +14,7 @@ TEST(Startup, ClaimsThePidFileIgnoresABadVtAndEndsOnTerminatingSignals)
         Console tolm;
         tolm.Start(vt ? std::vector<std::string>{vt} : std::vector<std::string>{});
         ASSERT_TRUE(Started(tolm));  // the pid file names the console
-        if (vt) {
-            EXPECT_NE(tolm.Syslog().find(std::string("Invalid VT specified for Tolm: ") + vt), std::string::npos);
-        }
-        EXPECT_TRUE(tolm.Running());
+        EXPECT_TRUE(!vt || tolm.Syslog().find(std::string("Invalid VT specified for Tolm: ") + vt) != std::string::npos);
         tolm.Signal(sig);
         EXPECT_EQ(tolm.WaitForExit(), ExitStatus::Exited(0));
     }
@@ -37,38 +26,33 @@ TEST(Startup, ResizeAndTheSerialResizeSequenceLogTheSizeAndEnd)
         Console tolm;
         tolm.Start();
         ASSERT_TRUE(Started(tolm));
-        if (serial)
-            tolm.SendBytes("\x1bR");
-        else
-            tolm.Resize(100, 30);
+        serial ? tolm.SendBytes("\x1bR") : tolm.Resize(100, 30);
         EXPECT_EQ(tolm.WaitForExit(), ExitStatus::Exited(0));
         EXPECT_NE(tolm.Syslog().find(serial ? "Resized window to 80x25" : "Resized window to 100x30"),
                   std::string::npos);
     }
 }
 
-// The backend is chosen before anything else: a choice that cannot run is a
-// logged error and a plain exit, and an explicit choice leaves the VT
-// argument where it was.
+// A backend choice that cannot run is a logged error and a plain exit; an
+// explicit choice leaves the VT argument where it was.
 TEST(Startup, HostBackendChoice)
 {
     struct Case {
         std::map<std::string, std::string> env;
         std::vector<std::string> args;
-        bool removeState;
         const char* logLine;
     };
     const Case refused[] = {
-        {{{"TOLM_BACKEND", "real"}}, {}, false, "Host backend 'real' is not available in this build"},
-        {{}, {"--backend", "mainframe"}, false, "Unknown host backend 'mainframe'"},
-        {{}, {}, true, "No host backend: "},
+        {{{"TOLM_BACKEND", "real"}}, {}, "Host backend 'real' is not available in this build"},
+        {{}, {"--backend", "mainframe"}, "Unknown host backend 'mainframe'"},
+        {{}, {}, "No host backend: "},  // no state file
     };
     for (const Case& c : refused) {
         SCOPED_TRACE(c.logLine);
         ConsoleOptions options;
         options.env = c.env;
         Console tolm(options);
-        if (c.removeState) std::filesystem::remove(tolm.RootPath("var/lib/hostsim/host.json"));
+        if (c.env.empty() && c.args.empty()) std::filesystem::remove(tolm.RootPath("var/lib/hostsim/host.json"));
         tolm.Start(c.args);
         EXPECT_EQ(tolm.WaitForExit(), ExitStatus::Exited(1));
         EXPECT_NE(tolm.Syslog().find(c.logLine), std::string::npos) << tolm.Syslog();
@@ -80,8 +64,6 @@ TEST(Startup, HostBackendChoice)
     tolm.Start({"--backend=sim", "abc"});
     ASSERT_TRUE(Started(tolm));
     EXPECT_NE(tolm.Syslog().find("Invalid VT specified for Tolm: abc"), std::string::npos);
-    tolm.Signal(SIGTERM);
-    EXPECT_EQ(tolm.WaitForExit(), ExitStatus::Exited(0));
 }
 
 }  // namespace
