@@ -1,19 +1,14 @@
 // Restarting the management network from the menu: the confirmation, the
 // progress with the addresses the interface came back with, and a failing
 // host.
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
 
 #include "Steps.h"
 
 namespace Tolm::E2E {
 namespace {
 
-// `count` lines of a dialog's text from the row that starts with `first`,
-// each cut to `width` columns from where `first` starts, trailing blanks
-// dropped.
+// `count` lines of the dialog's text from the row where `first` starts,
+// `width` columns each, trailing blanks dropped.
 std::vector<std::string> LinesFrom(const Console& tolm, const std::string& first, int count, int width)
 {
     std::vector<std::string> lines;
@@ -41,16 +36,14 @@ bool Restart(Console& tolm)
     if (!OpenEntry(tolm, ENTRY) || !tolm.WaitForText(CONFIRM) || !Settle(tolm)) return false;
     tolm.Press(Key::Enter);
     if (!Settle(tolm) || !tolm.HasText(CONFIRM)) return false;
-    tolm.Press(Key::F11);
-    return tolm.WaitForText(FIRST_LINE) && tolm.WaitForText("<Enter> OK") && Settle(tolm);
+    return PressFor(tolm, Key::F11, FIRST_LINE) && tolm.WaitForText("<Enter> OK") && Settle(tolm);
 }
 
 bool Close(Console& tolm)
 {
     tolm.Press(Key::F11);  // ignored, like every key but Enter
-    if (!Settle(tolm) || !tolm.HasText(FIRST_LINE)) return false;
-    tolm.Press(Key::Enter);
-    return tolm.WaitForTextGone(FIRST_LINE) && ShowsEntry(tolm, ENTRY) && Settle(tolm);
+    return Settle(tolm) && tolm.HasText(FIRST_LINE) && PressGone(tolm, Key::Enter, FIRST_LINE) &&
+           ShowsEntry(tolm, ENTRY) && Settle(tolm);
 }
 
 nlohmann::json StaticNetworks(int count)
@@ -71,9 +64,7 @@ TEST(RestartNetwork, StaticShowsItsAddressesAndFailuresReachTheMenu)
 
     // Esc cancels: nothing is restarted.
     ASSERT_TRUE(OpenEntry(tolm, ENTRY));
-    ASSERT_TRUE(tolm.WaitForText(CONFIRM) && Settle(tolm));
-    tolm.SendEsc();
-    ASSERT_TRUE(tolm.WaitForTextGone(CONFIRM) && Settle(tolm));
+    ASSERT_TRUE(tolm.WaitForText(CONFIRM) && Settle(tolm) && PressGone(tolm, Key::Esc, CONFIRM));
     EXPECT_EQ(tolm.Syslog().find("Restarting tarn0"), std::string::npos);
 
     // A static interface with only a link-local IPv6 address: four lines.
@@ -100,12 +91,8 @@ TEST(RestartNetwork, StaticShowsItsAddressesAndFailuresReachTheMenu)
     ASSERT_TRUE(OpenEntry(tolm, ENTRY));
     ASSERT_TRUE(tolm.WaitForText(CONFIRM) && Settle(tolm));
     tolm.Press(Key::F11);
-    ASSERT_TRUE(tolm.WaitForText("Restart Management Network: Error"));
-    EXPECT_TRUE(tolm.HasText("Operation on the management network interface failed."));
     EXPECT_TRUE(tolm.WaitForLog("interface did not come up"));
-    ASSERT_TRUE(Settle(tolm));
-    tolm.Press(Key::Enter);
-    ASSERT_TRUE(tolm.WaitForTextGone("Restart Management Network: Error"));
+    ASSERT_TRUE(Dismiss(tolm, "Restart Management Network: Error", "Operation on the management network interface failed."));
     tolm.Press(Key::Up);
     EXPECT_TRUE(ShowsEntry(tolm, "Configure Management Network"));
 }
@@ -126,8 +113,7 @@ TEST(RestartNetwork, DhcpShowsTheLeaseOutcome)
     ASSERT_TRUE(Close(tolm));
     tolm.Press(Key::Up);
     EXPECT_TRUE(ShowsEntry(tolm, "Configure Management Network"));
-    EXPECT_TRUE(tolm.WaitForText("192.168.10.57"));
-    ASSERT_TRUE(Settle(tolm));
+    EXPECT_TRUE(tolm.WaitForText("192.168.10.57") && Settle(tolm));
 
     // Without a DHCP server the interface is left without an address.
     tolm.SetValue("/network/dhcpServer/available", false);

@@ -1,10 +1,5 @@
 // Testing the management network from the menu: the rows offered, the pings
 // and the name lookup answered from the host's model, and Esc.
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
-#include <string>
 
 #include "Steps.h"
 
@@ -15,10 +10,7 @@ constexpr const char* ENTRY = "Test Management Network";
 constexpr const char* RUNNING = "Testing Management Network";
 constexpr const char* DONE_FOOTER = "<Enter> OK";
 
-bool OpenTest(Console& tolm)
-{
-    return OpenEntry(tolm, ENTRY) && tolm.WaitForText("Ping Address #1") && Settle(tolm);
-}
+bool OpenTest(Console& tolm) { return OpenEntry(tolm, ENTRY) && tolm.WaitForText("Ping Address #1") && Settle(tolm); }
 
 // The step's line ends with `result` at the right of the dialog.
 bool StepReads(Console& tolm, const std::string& step, const std::string& result)
@@ -67,9 +59,7 @@ TEST(TestNetwork, EachStepReportsBehindItsRow)
     EXPECT_FALSE(std::filesystem::exists(tolm.RootPath("etc/hosts.backup")));
 
     // Enter closes the test and the rows; the host's own name is in DNS.
-    ASSERT_TRUE(Settle(tolm));
-    tolm.Press(Key::Enter);
-    ASSERT_TRUE(tolm.WaitForTextGone(RUNNING) && ShowsEntry(tolm, ENTRY) && Settle(tolm));
+    ASSERT_TRUE(Settle(tolm) && PressGone(tolm, Key::Enter, RUNNING) && ShowsEntry(tolm, ENTRY) && Settle(tolm));
     ASSERT_TRUE(OpenTest(tolm));
     tolm.Press(Key::Enter);
     ASSERT_TRUE(tolm.WaitForText(DONE_FOOTER));
@@ -90,11 +80,7 @@ TEST(TestNetwork, InvalidRowRunsNothingAndEscEndsASlowPing)
     tolm.Type("10.0.0");
     ASSERT_TRUE(FieldReads(tolm, "Ping Address #2", R"( +\[ 10\.0\.0 )"));
     tolm.Press(Key::Enter);
-    ASSERT_TRUE(tolm.WaitForText("Invalid IP or IPv6 address."));
-    EXPECT_TRUE(tolm.HasText("Invalid IP address"));
-    ASSERT_TRUE(Settle(tolm));
-    tolm.Press(Key::Enter);
-    ASSERT_TRUE(tolm.WaitForTextGone("Invalid IP or IPv6 address.") && Settle(tolm));
+    ASSERT_TRUE(Dismiss(tolm, "Invalid IP or IPv6 address.", "Invalid IP address"));
     EXPECT_FALSE(tolm.HasText(RUNNING));
     EXPECT_EQ(tolm.Cursor().row, RowOf(tolm, "Ping Address #2"));
 
@@ -102,10 +88,7 @@ TEST(TestNetwork, InvalidRowRunsNothingAndEscEndsASlowPing)
     tolm.Press(Key::End);
     tolm.Press(Key::Backspace, 6);
     ASSERT_TRUE(FieldReads(tolm, "Ping Address #2", R"( +\[  +\])"));
-    tolm.Press(Key::Enter);
-    ASSERT_TRUE(tolm.WaitForText("Pinging address #1 (192.168.10.1).") && Settle(tolm));
-    tolm.SendEsc();
-    ASSERT_TRUE(tolm.WaitForText(DONE_FOOTER) && Settle(tolm));
+    ASSERT_TRUE(PressFor(tolm, Key::Enter, "Pinging address #1 (192.168.10.1).") && PressFor(tolm, Key::Esc, DONE_FOOTER));
     EXPECT_FALSE(tolm.HasText("#3"));
     EXPECT_FALSE(tolm.HasText("OK."));
     EXPECT_FALSE(tolm.HasText("Failed."));
@@ -131,9 +114,7 @@ TEST(TestNetwork, MissingToolAndHangingLookupLeaveTheHostAsItWas)
     // The lookup runs without the hosts file and never ends by itself.
     EXPECT_TRUE(tolm.WaitUntil([&] { return !std::filesystem::exists(tolm.RootPath("etc/hosts")); },
                                "hosts file moved aside"));
-    ASSERT_TRUE(Settle(tolm));
-    tolm.SendEsc();
-    ASSERT_TRUE(tolm.WaitForText(DONE_FOOTER));
+    ASSERT_TRUE(Settle(tolm) && PressFor(tolm, Key::Esc, DONE_FOOTER));
     EXPECT_EQ(tolm.ReadRootFile("etc/hosts"), hosts);
     EXPECT_FALSE(tolm.HasText("OK."));
 }

@@ -1,10 +1,8 @@
 // The operator's stories on the Configure Management Network screen: change
-// the settings, apply or discard them, and find the result on the host and
-// on the status screen.
-#include <gtest/gtest.h>
-
-#include <regex>
-#include <string>
+// the settings in its dialogs (what each refuses on Enter, which field the
+// message names and keeps), apply or discard them, and find the result on the
+// host and on the status screen. Nothing reaches the host before the
+// confirmation.
 
 #include "Steps.h"
 
@@ -16,6 +14,8 @@ using nlohmann::json;
 constexpr const char* SCREEN = "Configure Management Network";
 constexpr const char* CONFIRM = "Configure Management Network: Confirm";
 constexpr const char* ERROR_TITLE = "Enable Management Network: Error";
+constexpr const char* VLAN_LABEL = "VLAN ID (1-4094, or 4095 to access all VLANs):";
+constexpr const char* IPV4_LEAD = "DHCP server. If it does not, the following";
 
 // The screen is up with `entry` highlighted: its name heads the right pane.
 bool ScreenShows(Console& tolm, const std::string& entry)
@@ -33,17 +33,9 @@ bool Step(Console& tolm, Key key)
     return tolm.WaitUntil([&] { return tolm.Row(1) != before; }, "the highlight to move");
 }
 
-// From the status screen to the menu entry, and Enter on it.
-bool EnterNetwork(Console& tolm)
-{
-    return LogInToMenu(tolm) && OpenEntry(tolm, SCREEN);
-}
-
-// From the status screen to the network screen.
-bool OpenNetwork(Console& tolm)
-{
-    return EnterNetwork(tolm) && ScreenShows(tolm, "") && Settle(tolm);
-}
+// From the status screen to the menu entry, and Enter on it; to the network screen.
+bool EnterNetwork(Console& tolm) { return LogInToMenu(tolm) && OpenEntry(tolm, SCREEN); }
+bool OpenNetwork(Console& tolm) { return EnterNetwork(tolm) && ScreenShows(tolm, "") && Settle(tolm); }
 
 // Highlights `entry` (a row's name), moving up or down towards it.
 bool GoTo(Console& tolm, const std::string& entry)
@@ -68,23 +60,19 @@ bool GoTo(Console& tolm, const std::string& entry)
 // Opens the dialog of `entry`; it is up once `shows` is on screen.
 bool Edit(Console& tolm, const std::string& entry, std::string_view shows)
 {
-    if (!GoTo(tolm, entry)) return false;
-    tolm.Press(Key::Enter);
-    return tolm.WaitForText(shows) && Settle(tolm);
+    return GoTo(tolm, entry) && PressFor(tolm, Key::Enter, shows);
 }
 
 // Enter on the dialog showing `shows`, back on the screen with `entry` highlighted.
 bool Accept(Console& tolm, const std::string& entry, std::string_view shows)
 {
-    tolm.Press(Key::Enter);
-    return tolm.WaitForTextGone(shows) && ScreenShows(tolm, entry) && Settle(tolm);
+    return PressGone(tolm, Key::Enter, shows) && ScreenShows(tolm, entry) && Settle(tolm);
 }
 
 // Esc on the screen opens the confirmation with `question`.
 bool AskToApply(Console& tolm, const std::string& question)
 {
-    tolm.SendEsc();
-    return tolm.WaitForText(CONFIRM) && tolm.WaitForText(question) && Settle(tolm);
+    return PressFor(tolm, Key::Esc, question) && tolm.HasText(CONFIRM);
 }
 
 // Y, and the menu is back.
@@ -155,16 +143,20 @@ TEST(NetworkScreen, AdaptersVlanDnsAndSuffixesReachTheHost)
     ASSERT_TRUE(OpenNetwork(tolm));
     EXPECT_TRUE(tolm.WaitForText("hwnic1 (NIC.Slot.1-2)"));
 
-    // hwnic1 out; hwnic2, which serves another switch, in.
+    // hwnic1 out; hwnic2, which serves another switch, in: the warning
+    // first, Esc goes back with the mark kept, the details name its switch.
     ASSERT_TRUE(Edit(tolm, "Network Adapters", "Select the adapters"));
+    EXPECT_NE(tolm.Row(RowOf(tolm, "hwnic2 ")).find("Connected (...)"), std::string::npos);
     tolm.Press(Key::Down);
     tolm.Type(" ");
     tolm.Press(Key::Down);
     tolm.Type(" ");
-    ASSERT_TRUE(tolm.WaitForQuiet());
-    tolm.Press(Key::Enter);
-    ASSERT_TRUE(tolm.WaitForText("Network Adapters: Warning"));
-    ASSERT_TRUE(Settle(tolm));
+    ASSERT_TRUE(Settle(tolm) && PressFor(tolm, Key::Enter, "Network Adapters: Warning"));
+    ASSERT_TRUE(PressGone(tolm, Key::Esc, "Network Adapters: Warning"));
+    EXPECT_TRUE(tolm.HasText("[X] hwnic2"));
+    tolm.Type("d");
+    ASSERT_TRUE(Dismiss(tolm, "Adapter Details", "Used By: switch1 (Storage Network)"));
+    ASSERT_TRUE(PressFor(tolm, Key::Enter, "Remove these adapters from their current connections?"));
     ASSERT_TRUE(Accept(tolm, "Network Adapters", "Network Adapters: Warning"));
     ASSERT_TRUE(tolm.WaitForTextGone("Select the adapters"));
     EXPECT_TRUE(tolm.WaitForText("hwnic2 (00:0c:29:3a:5b:12)"));
@@ -190,10 +182,8 @@ TEST(NetworkScreen, AdaptersVlanDnsAndSuffixesReachTheHost)
 
     // Esc in the confirmation keeps every pending value.
     ASSERT_TRUE(AskToApply(tolm, RESTART_NETWORK));
-    tolm.SendEsc();
-    ASSERT_TRUE(tolm.WaitForTextGone(CONFIRM));
-    EXPECT_TRUE(tolm.WaitForText("corp.example, lab.example"));
-    ASSERT_TRUE(Settle(tolm));
+    ASSERT_TRUE(PressGone(tolm, Key::Esc, CONFIRM));
+    EXPECT_TRUE(tolm.HasText("corp.example, lab.example"));
     EXPECT_EQ(json({"hwnic0", "hwnic1"}), tolm.State("/network/virtualSwitches/0/uplinks"));
 
     ASSERT_TRUE(AskToApply(tolm, RESTART_NETWORK));
@@ -321,15 +311,84 @@ TEST(NetworkScreen, HostFailuresShowTheirBox)
     ASSERT_TRUE(Accept(tolm, "Custom DNS Suffixes", "Suffixes:"));
     ASSERT_TRUE(AskToApply(tolm, RESTART_NETWORK));
     tolm.Type("y");
-    EXPECT_TRUE(tolm.WaitForText(ERROR_TITLE));
-    EXPECT_TRUE(tolm.WaitForText("Setting VlanID failed: VLAN busy"));
     EXPECT_TRUE(tolm.WaitForLog("Setting VlanID failed: PlatformConfigFault: msg = VLAN busy;"));
-    ASSERT_TRUE(Settle(tolm));
-    tolm.Press(Key::Enter);
+    ASSERT_TRUE(Dismiss(tolm, ERROR_TITLE, "Setting VlanID failed: VLAN busy"));
     ASSERT_TRUE(tolm.WaitForLog("Network settings changed."));
     EXPECT_EQ(0, tolm.State("/network/virtualSwitches/0/portGroups/0/vlanId"));
     EXPECT_EQ(json({"new.example"}), tolm.State("/network/dns/searchDomains"));
     EXPECT_TRUE(ShowsEntry(tolm, SCREEN));
+}
+
+TEST(NetworkScreen, VlanIdRefusedAcceptedAfterTheWarningOrCleared)
+{
+    Console tolm("typical");
+    tolm.Start();
+    ASSERT_TRUE(OpenNetwork(tolm));
+    ASSERT_TRUE(Edit(tolm, "VLAN (optional)", VLAN_LABEL));
+
+    // Letters never enter; 0 is refused and stays as typed.
+    tolm.Type("ab0x");
+    ASSERT_TRUE(FieldShows(tolm, VLAN_LABEL, "0"));
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(Dismiss(tolm, "Invalid VLAN ID", "Please reenter a valid VLAN ID (1-4095)."));
+    EXPECT_TRUE(FieldShows(tolm, VLAN_LABEL, "0"));
+
+    tolm.Press(Key::Backspace);
+    tolm.Type("4096");
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(Dismiss(tolm, "Invalid VLAN ID", "(1-4095)"));
+    EXPECT_TRUE(FieldShows(tolm, VLAN_LABEL, "4096"));
+
+    // 4095 passes once the warning is read.
+    tolm.Press(Key::Backspace);
+    tolm.Type("5");
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(Dismiss(tolm, "Warning", "You entered a VLAN ID of 4095."));
+    ASSERT_TRUE(tolm.WaitForTextGone(VLAN_LABEL));
+    EXPECT_TRUE(tolm.WaitForText("4095"));
+
+    // An emptied row is no VLAN.
+    ASSERT_TRUE(Edit(tolm, "VLAN (optional)", VLAN_LABEL));
+    EXPECT_TRUE(FieldShows(tolm, VLAN_LABEL, "4095"));
+    tolm.Press(Key::Delete);
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForTextGone(VLAN_LABEL));
+    EXPECT_TRUE(tolm.WaitForText("Not set"));
+    EXPECT_EQ(tolm.State("/network/virtualSwitches/0/portGroups/0/vlanId"), 0);
+}
+
+TEST(NetworkScreen, Ipv4StaticNamesTheBadNetmaskDynamicIgnoresTheRows)
+{
+    Console tolm("typical");
+    tolm.Start();
+    ASSERT_TRUE(OpenNetwork(tolm));
+    ASSERT_TRUE(Edit(tolm, "IPv4 Configuration", IPV4_LEAD));
+
+    // Subnet mask: a mask with a hole, and letters that do not enter.
+    tolm.Press(Key::Down, 4);
+    tolm.Type("255.0.255.0xyz");
+    ASSERT_TRUE(FieldShows(tolm, "Subnet Mask", "255.0.255.0"));
+    tolm.Press(Key::Down);  // Enter from the gateway row
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(Dismiss(tolm, "Invalid subnet", "Please reenter a valid subnet (x.x.x.x)."));
+    EXPECT_TRUE(FieldShows(tolm, "Subnet Mask", "255.0.255.0"));
+    // The focus is on the mask: what is typed now replaces it.
+    tolm.Type("255.255.0.0");
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForTextGone(IPV4_LEAD));
+    EXPECT_TRUE(tolm.WaitForText("Subnet Mask: 255.255.0.0"));
+
+    // Dynamic: whatever the static rows hold is not checked.
+    ASSERT_TRUE(Edit(tolm, "IPv4 Configuration", IPV4_LEAD));
+    tolm.Press(Key::Down, 3);
+    tolm.Type("1.2");
+    tolm.Press(Key::Up, 2);
+    tolm.Type(" ");
+    tolm.Press(Key::Enter);
+    ASSERT_TRUE(tolm.WaitForTextGone(IPV4_LEAD));
+    EXPECT_TRUE(tolm.WaitForText("Automatic"));
+    EXPECT_FALSE(tolm.HasText("Invalid"));
+    EXPECT_EQ(tolm.State("/network/kernelNics/0/ipv4/netmask"), "255.255.255.0");
 }
 
 }  // namespace

@@ -1,9 +1,5 @@
 // Troubleshooting options: switching the shell and SSH, their timeouts and
 // the console's own, and restarting the management agents.
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <string>
 
 #include "Steps.h"
 
@@ -44,10 +40,7 @@ nlohmann::json Option(const Console& tolm, const std::string& name)
 
 TEST(Troubleshooting, SshAndShellFollowTheHost)
 {
-    ConsoleOptions options;
-    options.fixture = "typical";
-    options.term = "xterm-256color";
-    Console tolm(options);
+    Console tolm(OnTerm("xterm-256color"));
     tolm.Start();
     ASSERT_TRUE(OpenTroubleshooting(tolm));
 
@@ -194,8 +187,7 @@ TEST(Troubleshooting, TolmIdleTimeoutCountsAtOnce)
 // end. `spaces` toggles the box that many times.
 bool RestartAgents(Console& tolm, int spaces)
 {
-    tolm.Press(Key::Enter);
-    if (!tolm.WaitForText("[ ] Collect extra troubleshooting information") || !Settle(tolm)) return false;
+    if (!PressFor(tolm, Key::Enter, "[ ] Collect extra troubleshooting information")) return false;
     tolm.Type(std::string(static_cast<size_t>(spaces), ' '));
     if (!tolm.WaitForText(spaces % 2 ? "[X] Collect" : "[ ] Collect") || !Settle(tolm)) return false;
     tolm.Press(Key::F11);
@@ -203,8 +195,7 @@ bool RestartAgents(Console& tolm, int spaces)
         return false;
     // The live-core line only when a thread was started for it.
     if (tolm.HasText("Collecting host agent live core information. Done.") != (spaces % 2 == 1)) return false;
-    tolm.Press(Key::Enter);
-    return tolm.WaitForTextGone(AGENTS_DONE) && Settle(tolm);
+    return PressGone(tolm, Key::Enter, AGENTS_DONE);
 }
 
 TEST(Troubleshooting, RestartManagementAgents)
@@ -215,17 +206,12 @@ TEST(Troubleshooting, RestartManagementAgents)
     ASSERT_TRUE(Select(tolm, "Restart Management Agents", 4));
 
     // Enter does nothing on the question; Esc restarts nothing.
+    ASSERT_TRUE(PressFor(tolm, Key::Enter, "Restart management agents now?"));
     tolm.Press(Key::Enter);
-    ASSERT_TRUE(tolm.WaitForText("Restart management agents now?"));
-    ASSERT_TRUE(Settle(tolm));
-    tolm.Press(Key::Enter);
-    ASSERT_TRUE(Settle(tolm));
-    tolm.SendEsc();
-    ASSERT_TRUE(tolm.WaitForTextGone("Restart management agents now?"));
+    ASSERT_TRUE(Settle(tolm) && PressGone(tolm, Key::Esc, "Restart management agents now?"));
     EXPECT_EQ(tolm.State("/tools/counts/services-stop"), nullptr);
 
     // Checked and unchecked again: no live core.
-    ASSERT_TRUE(Settle(tolm));
     ASSERT_TRUE(RestartAgents(tolm, 2));
     EXPECT_EQ(tolm.State("/services/agents/restarts"), 1);
     EXPECT_TRUE(tolm.WaitForLog("Restarting host agents"));
