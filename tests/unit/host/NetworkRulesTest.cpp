@@ -140,24 +140,5 @@ TEST(NetworkRules, DnsSettings)
     EXPECT_THROW(DnsConfigImpl("otherStack").GetHostname(), HostCtlException);
 }
 
-TEST(NetworkModel, AddressParsing)
-{
-    EXPECT_TRUE(Ipv4Address::IsValidAddress("192.168.1.1"));
-    EXPECT_FALSE(Ipv4Address::IsValidAddress("192.168.1"));
-    EXPECT_FALSE(Ipv4Address::IsValidAddress("192.168.1.256"));
-    EXPECT_EQ(0xC0A80101u, Ipv4Address("192.168.1.1").GetBinaryAddress());
-    EXPECT_TRUE(Ipv4Address::IsValidNetmask("255.255.255.0"));
-    EXPECT_FALSE(Ipv4Address::IsValidNetmask("255.0.255.0"));
-    EXPECT_FALSE(Ipv4Address::IsValidNetmask("0.0.0.0"));
-    EXPECT_EQ("::", Ipv6Address().GetStringAddress());
-    EXPECT_TRUE(Ipv6Network::IsValidAddressAndNetmask("2001:db8::1/64"));
-    EXPECT_FALSE(Ipv6Network::IsValidAddressAndNetmask("2001:db8::1"));
-    EXPECT_FALSE(Ipv6Network::IsValidAddressAndNetmask("2001:db8::1/129"));
-    EXPECT_EQ("2001:db8::1/64", Ipv6Network("2001:DB8:0::1/64").GetStringAddress());
-    EXPECT_TRUE(ParseIpAddress("::ffff:1.2.3.4")->IsIpv6());
-    EXPECT_FALSE(ParseIpAddress("1.2.3.4")->IsIpv6());
-    EXPECT_EQ(nullptr, ParseIpAddress("1.2.3"));
-}
-
 }  // namespace
 }  // namespace Tolm::Test

@@ -1,6 +1,4 @@
-// Faults, running the root's programs and options. The event facility is
-// checked through the console's events, the version record through the
-// catalogue's product line.
+// Running the root's programs, and options.
 #include "HostRoot.h"
 
 #include "host/HostCtlException.h"
@@ -18,28 +16,6 @@ std::string ReadFile(const std::string& path)
 {
     std::ifstream in(path);
     return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
-TEST(Faults, InjectedFailureCarriesItsMessageAndStopsTheChange)
-{
-    HostRoot root;
-    root.Set("/faults/GetPnics", "Unable to query physical nics; host agent busy");
-    root.Set("/faults/SetKeyboardLayout", "keymap locked");
-    try {
-        TarnCtl::Network::NetworkInfoImpl().GetPnics();
-        FAIL();
-    } catch (const HostCtlException& e) {
-        EXPECT_STREQ("Unable to query physical nics; host agent busy", e.what());
-    }
-    EXPECT_THROW(TarnCtl::System::SystemInfoImpl().SetKeyboardLayout("German"), HostCtlException);
-    EXPECT_EQ("US Default", TarnCtl::System::SystemInfoImpl().GetKeyboardLayout());
-    // Other operations are untouched.
-    EXPECT_EQ(2, TarnCtl::Hardware::CpuInfoImpl().GetNumCpuPackages());
-
-    root.Set("/faults/SysinfoGet", "node busy");
-    char record[TarnCtl::Util::SYSINFO_VERSION_SIZE];
-    EXPECT_THROW(TarnCtl::Util::SysinfoUtil::SysinfoGet(TarnCtl::Util::QSI_NODE_system_version, record, sizeof record),
-                 HostCtlException);
 }
 
 // A command line's program is the root's; its arguments reach it as written
