@@ -14,6 +14,19 @@
 
 namespace Tolm::Test {
 
+// The colour pair of one cell of `win` (the background's when `y` < 0).
+inline int PairOf(WINDOW* win, int y = -1, int x = 0)
+{
+    cchar_t cell;
+    if ((y < 0 ? wgetbkgrnd(win, &cell) : mvwin_wch(win, y, x, &cell)) == ERR) return -1;
+    wchar_t chars[CCHARW_MAX + 1] = {};
+    attr_t attrs;
+    short pair;
+    int extended = 0;
+    getcchar(&cell, chars, &attrs, &pair, &extended);
+    return extended;
+}
+
 class TestTerminal {
 public:
     explicit TestTerminal(const char* term, int lines = 25, int cols = 80)
@@ -100,18 +113,8 @@ protected:
         }
         return grid;
     }
-    // The colour pair of one cell.
-    static int PairAt(WINDOW* win, int y, int x)
-    {
-        cchar_t cell;
-        if (mvwin_wch(win, y, x, &cell) == ERR) return -1;
-        wchar_t chars[CCHARW_MAX + 1] = {};
-        attr_t attrs;
-        short pair;
-        int extended = 0;
-        getcchar(&cell, chars, &attrs, &pair, &extended);
-        return extended;
-    }
+    // The colour pair of one cell, or of the window's background.
+    static int PairAt(WINDOW* win, int y, int x) { return Tolm::Test::PairOf(win, y, x); }
 
     Tolm::Test::TestTerminal terminal{"xterm-256color"};
 };

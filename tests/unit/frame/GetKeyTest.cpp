@@ -1,55 +1,12 @@
 // The key reader's clocks: dimming after a minute, the idle deadline, the
 // repaint when a key ends dimming, and what each signal code does.
-#include <gtest/gtest.h>
-
-#include <deque>
-#include <optional>
-#include <vector>
-
-#include "frame/Frame.h"
-#include "frame/FrameClock.h"
+#include "ScriptedClock.h"
 #include "frame/Keys.h"
 
 namespace Tolm {
 namespace {
 
-// A clock that only moves when the key reader waits: a wait either delivers
-// the next scripted result, or lets its whole limit (plus a microsecond) pass.
-class ScriptedClock : public FrameClock {
-public:
-    struct Step {
-        long advanceSeconds;
-        int result;
-    };
-
-    timeval Now() override { return timeval{_usec / 1000000, _usec % 1000000}; }
-
-    int Wait(const timeval* limit) override
-    {
-        waits.push_back(limit ? std::optional<double>(limit->tv_sec + limit->tv_usec / 1e6) : std::nullopt);
-        if (!script.empty()) {
-            Step step = script.front();
-            script.pop_front();
-            _usec += step.advanceSeconds * 1000000;
-            return step.result;
-        }
-        if (!limit) {
-            ADD_FAILURE() << "unbounded wait with nothing scheduled";
-            return Frame::WAIT_TERMINATE;
-        }
-        _usec += limit->tv_sec * 1000000L + limit->tv_usec + 1;
-        return Frame::WAIT_TIMEOUT;
-    }
-
-    double Elapsed() const { return (_usec - kStart) / 1e6; }
-
-    std::deque<Step> script;
-    std::vector<std::optional<double>> waits;
-
-private:
-    static constexpr long kStart = 1'000'000'500'000;
-    long _usec = kStart;
-};
+using Test::ScriptedClock;
 
 // A screen that records how it was drawn.
 class RecordingFrame : public Frame {

@@ -52,33 +52,11 @@ TEST_F(WindowTest, DestructionTakesOwnedChildrenAndUnlinksOthers)
     EXPECT_EQ(destroyed, 2);
 }
 
-TEST_F(WindowTest, WindowLargerThanTheTerminalIsInert)
-{
-    Window huge(0, 0, 100, 30, Color::Black, Color::White);
-    EXPECT_EQ(huge.CursesWindow(), nullptr);
-    Window* child = huge.CreateChild(1, 1, 10, 10);
-    EXPECT_EQ(child->CursesWindow(), nullptr);
-    huge.Draw(false);
-    huge.Draw(true);
-    huge.WriteString(0, 0, "x");
-    huge.Box();
-    huge.MoveCursor(1, 1);
-}
-
 TEST_F(WindowTest, InactiveDrawDimsEveryChildAndActiveRestoresColours)
 {
     Window top(0, 0, 20, 10, Color::Yellow, Color::White);
     Window* band = top.CreateChild(0, 0, 20, 2, Color::DarkGrey);
-    auto pairOf = [](Window* w) {
-        cchar_t cell;
-        wgetbkgrnd(w->CursesWindow(), &cell);
-        wchar_t text[CCHARW_MAX + 1];
-        attr_t attrs;
-        short shortPair;
-        int pair = 0;
-        getcchar(&cell, text, &attrs, &shortPair, &pair);
-        return pair;
-    };
+    auto pairOf = [](Window* w) { return Tolm::Test::PairOf(w->CursesWindow()); };
     top.Draw(false);
     EXPECT_FALSE(band->IsActive());
     EXPECT_EQ(pairOf(&top), ColorPair(Color::Black, Color::DarkGrey));
