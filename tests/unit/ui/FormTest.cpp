@@ -4,11 +4,10 @@
 // network dialogs' and troubleshooting tests.
 #include "ui/Form.h"
 
-#include <deque>
 #include <vector>
 
 #include "CursesFixture.h"
-#include "frame/FrameClock.h"
+#include "ScriptedClock.h"
 #include "frame/Keys.h"
 #include "ui/Dialog.h"
 #include "ui/InputItem.h"
@@ -17,38 +16,6 @@
 using namespace Tolm;
 
 namespace {
-
-// Hands out scripted keys, one per wait, and notes whether the cursor was
-// visible each time the console waited.
-class KeyScript : public FrameClock {
-public:
-    timeval Now() override { return timeval{_seconds, 0}; }
-    int Wait(const timeval*) override
-    {
-        cursorAtWait.push_back(Window::_cursor);
-        if (keys.empty()) {
-            ADD_FAILURE() << "the form waited for more keys than the test typed";
-            throw TolmTimeout();
-        }
-        const Step step = keys.front();
-        keys.pop_front();
-        _seconds += step.seconds;
-        return step.key;
-    }
-    void Type(std::initializer_list<int> codes)
-    {
-        for (int code : codes) keys.push_back({code, 0});
-    }
-    struct Step {
-        int key;
-        long seconds;
-    };
-    std::deque<Step> keys;
-    std::vector<bool> cursorAtWait;
-
-private:
-    long _seconds = 1000;
-};
 
 class FormDialog : public Dialog {
 public:
@@ -68,7 +35,7 @@ protected:
         Window::ShowCursor(false);
     }
     void TearDown() override { Frame::SetClock(nullptr); }
-    KeyScript script;
+    Tolm::Test::ScriptedClock script;
 };
 
 TEST_F(FormTest, SpaceMarksOneRadioOfItsGroupAndSkipsDisabledRows)
@@ -106,7 +73,7 @@ TEST_F(FormTest, CursorHiddenWhileAMessageBoxOrDimmingCoversTheField)
     // Enter opens the message box (which waits for its Enter); then a minute
     // passes without a key, dimming the form.
     script.Type({Key::Enter, Key::Enter});
-    script.keys.push_back({Frame::WAIT_TIMEOUT, 61});
+    script.script.push_back({61, Frame::WAIT_TIMEOUT});
     script.Type({Key::Escape});
     EXPECT_EQ(Frame::Run(&dialog), 0);
     // Waits: form, message box, form, form dimmed.

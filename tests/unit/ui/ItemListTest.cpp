@@ -11,21 +11,22 @@ using namespace Tolm;
 
 namespace {
 
+// Label items: `true` selectable, `false` not; a name starting with "-" is disabled.
 struct Items {
     std::vector<std::unique_ptr<Item>> owned;
     std::vector<Item*> pointers;
-    Item* Add(std::unique_ptr<Item> item) {
-        pointers.push_back(item.get());
-        owned.push_back(std::move(item));
-        return pointers.back();
+    Items(std::initializer_list<std::pair<std::string, bool>> labels) {
+        for (const auto& [name, selectable] : labels) Add(name, selectable);
+    }
+    explicit Items(int count) {
+        for (int i = 0; i < count; ++i) Add("item " + std::to_string(i), true);
+    }
+    void Add(const std::string& name, bool selectable) {
+        owned.push_back(std::make_unique<LabelItem>(name, selectable));
+        owned.back()->SetEnabled(name[0] != '-' || !selectable);
+        pointers.push_back(owned.back().get());
     }
 };
-
-Items Labels(int count) {
-    Items items;
-    for (int i = 0; i < count; ++i) items.Add(std::make_unique<LabelItem>("item " + std::to_string(i)));
-    return items;
-}
 
 }  // namespace
 
@@ -36,7 +37,7 @@ protected:
 
 TEST_F(ItemListTest, ScrollsWithTheHighlightAndPlacesTheScrollThumb) {
     ItemList list(&parent, 0, 0, 30, 10);
-    Items items = Labels(20);
+    Items items(20);
     list.SetItems(items.pointers);
     EXPECT_EQ(list.SelectedIndex(), 0);
     EXPECT_EQ(list.ScrollThumbLine(), 0);
@@ -79,13 +80,7 @@ TEST_F(ItemListTest, ScrollsWithTheHighlightAndPlacesTheScrollThumb) {
 
 TEST_F(ItemListTest, HighlightSkipsDisabledAndUnselectableItemsButCountsOrdinals) {
     ItemList list(&parent, 0, 0, 30, 4);
-    Items items;
-    items.Add(std::make_unique<LabelItem>("heading", false));
-    items.Add(std::make_unique<LabelItem>("A"));
-    items.Add(std::make_unique<LabelItem>("B"))->SetEnabled(false);
-    items.Add(std::make_unique<LabelItem>("C"));
-    items.Add(std::make_unique<LabelItem>("---", false));
-    items.Add(std::make_unique<LabelItem>("D"));
+    Items items{{"heading", false}, {"A", true}, {"-B", true}, {"C", true}, {"---", false}, {"D", true}};
     list.SetItems(items.pointers);
     EXPECT_EQ(list.SelectedIndex(), 1);
     EXPECT_EQ(list.SelectedOrdinal(), 0);
@@ -100,12 +95,9 @@ TEST_F(ItemListTest, HighlightSkipsDisabledAndUnselectableItemsButCountsOrdinals
     EXPECT_EQ(list.FirstShown(), 2);
     list.Down();
     EXPECT_EQ(list.SelectedIndex(), 5);
-    list.Up();
-    list.Up();
+    for (int i = 0; i < 3; ++i) list.Up();
     EXPECT_EQ(list.SelectedIndex(), 1);
     EXPECT_EQ(list.FirstShown(), 1);
-    list.Up();
-    EXPECT_EQ(list.SelectedIndex(), 1);
 
     list.SelectByOrdinal(1);
     EXPECT_EQ(list.Selected(), items.pointers[2]);
@@ -115,9 +107,7 @@ TEST_F(ItemListTest, HighlightSkipsDisabledAndUnselectableItemsButCountsOrdinals
 
 TEST_F(ItemListTest, ListWithoutUsableItemsNeverMoves) {
     ItemList list(&parent, 0, 0, 30, 4);
-    Items items;
-    items.Add(std::make_unique<LabelItem>("heading", false));
-    items.Add(std::make_unique<LabelItem>("off"))->SetEnabled(false);
+    Items items{{"heading", false}, {"-off", true}};
     list.SetItems(items.pointers);
     EXPECT_EQ(list.Selected(), nullptr);
     list.Down();
@@ -139,7 +129,7 @@ TEST_F(ItemListTest, FocusedInputFieldIsRenderedLastAndOwnsTheCursor) {
     // text area, which sits one column into the row; cursor after "abc".
     EXPECT_EQ(Window::_xCursor, 2 + 1 + 16 + 3);
     EXPECT_EQ(Window::_yCursor, 1 + 1);
-    EXPECT_EQ(Narrow(Line(list.CursesWindow(), 0)).substr(0, 12), "   [X] Check");
+    EXPECT_EQ(Grid(list.CursesWindow()).substr(0, 12), "   [X] Check");
     list.Up();
     EXPECT_FALSE(Window::_cursor);
     EXPECT_TRUE(name.IsFresh());

@@ -55,42 +55,43 @@ TEST(MarkupLayout, FooterHintsEndInTheLastColumnAndColourTagsTakeNoWidth) {
     EXPECT_EQ(runs.front(), (MRun{0, 0, "<Enter>", 3, 7}));
 }
 
-TEST(MarkupLayout, CenterAndRightAlignment) {
-    EXPECT_EQ(Layout("{align:center}abc{/align}", 10), "   abc");
-    EXPECT_EQ(Layout("ab{align:center}cd{/align}", 10), "ab   cd");
-    EXPECT_EQ(Layout("{align:right}ab{/align}", 6), "    ab");
-    // The line counts as full after a right or centred segment.
-    EXPECT_EQ(Layout("{align:right}ab{/align}cd", 6), "    ab\ncd");
-    EXPECT_EQ(Layout("{align:left}ab{/align}cd", 6), "abcd");
-}
-
-TEST(MarkupLayout, NestedAndUnbalancedAlignmentTags) {
-    EXPECT_EQ(Layout("{align:right}{align:center}ab{/align}", 6), "    ab");
-    EXPECT_EQ(Layout("{/align}abc{/align}", 6), "abc");
-    EXPECT_EQ(Layout("{align:right}abc", 6), "abc");
-}
-
-TEST(MarkupLayout, PaddingCutsOrFillsTheField) {
-    EXPECT_EQ(Layout("{align:padding:10}abcdefghijklmn{/align}|", 60), "abcdefghij|");
-    EXPECT_EQ(Layout("{align:padding:10}abcd{/align}|", 60), "abcd      |");
-    // Columns used after the field are exactly the field's.
-    EXPECT_EQ(Layout("{align:padding:4}abcdefgh{/align}xyz", 6), "abcdxy\nz");
-    EXPECT_EQ(Layout("{align:padding:4}ab{/align}xyz", 6), "ab  xy\nz");
-}
-
-TEST(MarkupLayout, WordsMoveToTheNextLine) {
-    EXPECT_EQ(Layout("hello world foo", 8), "hello\nworld\nfoo");
-    // A blank exactly at the edge becomes the break.
-    EXPECT_EQ(Layout("abcd efgh", 4), "abcd\nefgh");
-    // A word longer than the line breaks hard at the edge.
-    EXPECT_EQ(Layout("abcdefghij", 4), "abcd\nefgh\nij");
-    EXPECT_EQ(Layout("ab\ncd", 3), "ab\ncd");
-}
-
-TEST(MarkupLayout, WrappedAlignedSegmentsKeepTheirAlignment) {
-    EXPECT_EQ(Layout("{align:right}aaa bbb{/align}", 5), "  aaa\n  bbb");
-    EXPECT_EQ(Layout("{align:right}aa bb cc{/align}", 5), "aa bb\n   cc");
-    EXPECT_EQ(Layout("{align:center}aaa bbb{/align}", 5), " aaa\n bbb");
+TEST(MarkupLayout, AlignmentPaddingAndWrapping)
+{
+    const struct {
+        const char* text;
+        int width;
+        const char* laidOut;
+    } cases[] = {
+        {"{align:center}abc{/align}", 10, "   abc"},
+        {"ab{align:center}cd{/align}", 10, "ab   cd"},
+        {"{align:right}ab{/align}", 6, "    ab"},
+        // The line counts as full after a right or centred segment.
+        {"{align:right}ab{/align}cd", 6, "    ab\ncd"},
+        // Nested and unbalanced tags.
+        {"{/align}abc{/align}", 6, "abc"},
+        {"{align:right}abc", 6, "abc"},
+        // A padded field is cut or filled, and takes exactly its columns.
+        {"{align:padding:10}abcdefghijklmn{/align}|", 60, "abcdefghij|"},
+        {"{align:padding:4}abcdefgh{/align}xyz", 6, "abcdxy\nz"},
+        // Words move to the next line; a blank at the edge is the break; a
+        // word longer than the line breaks hard.
+        {"hello world foo", 8, "hello\nworld\nfoo"},
+        {"abcd efgh", 4, "abcd\nefgh"},
+        {"abcdefghij", 4, "abcd\nefgh\nij"},
+        // Wrapped aligned segments keep their alignment.
+        {"{align:right}aaa bbb{/align}", 5, "  aaa\n  bbb"},
+        {"{align:right}aa bb cc{/align}", 5, "aa bb\n   cc"},
+        // Other tags pass through; braces are never literal.
+        {"a{foo:bar}b", 2, "a{foo:bar}b"},
+        {"a{}b", 2, "ab"},
+        {"abc{def", 10, "abc"},
+        {"a{b{c}d", 10, "a{b{c}d"},
+        // Multi-byte characters take one column.
+        {"\xc3\xa9t\xc3\xa9 abc", 3, "\xc3\xa9t\xc3\xa9\nabc"},
+    };
+    for (const auto& c : cases) EXPECT_EQ(Layout(c.text, c.width), c.laidOut) << c.text << " in " << c.width;
+    EXPECT_EQ(Columns("\xe2\x96\x93x"), 2);
+    EXPECT_EQ(CutToColumns("\xc3\xa9\xc3\xa9", 1), "\xc3\xa9");
 }
 
 TEST(MarkupLayout, PlaceholdersAreReplacedWithoutWordBreak) {
@@ -101,14 +102,6 @@ TEST(MarkupLayout, PlaceholdersAreReplacedWithoutWordBreak) {
     EXPECT_EQ(Layout("x{memory}y", 20), "x{memory}y");
     EXPECT_EQ(Layout("{memory:x}", 20, memory), "{memory:x}");
     EXPECT_EQ(Layout("{align:padding:3}{memory}{/align}|", 20, memory), "ab |");
-}
-
-TEST(MarkupLayout, OtherTagsPassThroughAndBracesAreNeverLiteral) {
-    EXPECT_EQ(Layout("a{foo:bar}b", 2), "a{foo:bar}b");
-    EXPECT_EQ(Layout("a{}b", 2), "ab");
-    EXPECT_EQ(Layout("abc{", 10), "abc");
-    EXPECT_EQ(Layout("abc{def", 10), "abc");
-    EXPECT_EQ(Layout("a{b{c}d", 10), "a{b{c}d");
 }
 
 TEST(MarkupLayout, NoLineIsWiderThanTheArea) {
@@ -125,34 +118,15 @@ TEST(MarkupLayout, NoLineIsWiderThanTheArea) {
     EXPECT_EQ(Strip(Layout("abc def", -3)).find_first_not_of('\n'), std::string::npos);
 }
 
-TEST(MarkupLayout, MultiByteCharactersTakeOneColumn) {
-    EXPECT_EQ(Layout("\xc3\xa9t\xc3\xa9 abc", 3), "\xc3\xa9t\xc3\xa9\nabc");
-    EXPECT_EQ(Columns("\xe2\x96\x93x"), 2);
-    EXPECT_EQ(CutToColumns("\xc3\xa9\xc3\xa9", 1), "\xc3\xa9");
-}
-
-TEST(MarkupColor, RunsFollowColourTagsAndStopAtTheLastLine) {
+TEST(MarkupColor, RunsFollowColourTagsAndStopAtTheLastLineAndTheRightEdge) {
     ColorTable colors = DefaultColorTable();
-    auto runs = ColorRuns("a{color:red}b{bgcolor:black}c{/color}d{/bgcolor}e\nf\ng", 10, 2, 3, 0, colors);
-    std::vector<MRun> expected = {{0, 0, "a", 3, 0}, {1, 0, "b", 3, 1}, {2, 0, "c", 0, 1},
-                                 {3, 0, "d", 0, 0}, {4, 0, "e", 3, 0}, {0, 1, "f", 3, 0}};
-    EXPECT_EQ(runs, expected);
-}
-
-TEST(MarkupColor, UnknownColoursAreBlackAndStrayClosingTagsDoNothing) {
-    ColorTable colors = DefaultColorTable();
-    auto runs = ColorRuns("{/color}{/bgcolor}a{color:mauve}b{zz}c", 10, 1, 6, 7, colors);
-    std::vector<MRun> expected = {{0, 0, "a", 6, 7}, {1, 0, "bc", 6, 0}};
-    EXPECT_EQ(runs, expected);
-    EXPECT_EQ(colors.count("mauve"), 1u);
-    EXPECT_EQ(colors["white"], 7);
-}
-
-TEST(MarkupColor, RunsAreCutAtTheRightEdge) {
-    ColorTable colors = DefaultColorTable();
-    auto runs = ColorRuns("abcdef{color:red}gh", 4, 1, 0, 7, colors);
-    ASSERT_EQ(runs.size(), 1u);
-    EXPECT_EQ(runs[0].text, "abcd");
+    EXPECT_EQ(ColorRuns("a{color:red}b{bgcolor:black}c{/color}d{/bgcolor}e\nf\ng", 10, 2, 3, 0, colors),
+              (std::vector<MRun>{{0, 0, "a", 3, 0}, {1, 0, "b", 3, 1}, {2, 0, "c", 0, 1},
+                                 {3, 0, "d", 0, 0}, {4, 0, "e", 3, 0}, {0, 1, "f", 3, 0}}));
+    // Unknown colours are black; stray closing tags do nothing.
+    EXPECT_EQ(ColorRuns("{/color}{/bgcolor}a{color:mauve}b{zz}c", 10, 1, 6, 7, colors),
+              (std::vector<MRun>{{0, 0, "a", 6, 7}, {1, 0, "bc", 6, 0}}));
+    EXPECT_EQ(ColorRuns("abcdef{color:red}gh", 4, 1, 0, 7, colors), (std::vector<MRun>{{0, 0, "abcd", 0, 7}}));
     EXPECT_TRUE(ColorRuns("abc", 4, 0, 0, 7, colors).empty());
 }
 
