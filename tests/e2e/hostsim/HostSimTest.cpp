@@ -1,5 +1,4 @@
-// The simulated host's root and the tools the console's own tests do not
-// drive, run as real processes and checked by their effect on the state.
+// The simulated host's root, and its writers racing in separate processes.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -19,26 +18,13 @@ namespace {
 namespace fs = std::filesystem;
 using nlohmann::json;
 
-class SimRoot : public ::testing::Test {
+class HostSimRoot : public ::testing::Test {
 protected:
     std::string Root() const { return host.Root().string(); }
     std::string Path(const std::string& rel) const { return host.RootPath(rel).string(); }
-    // Runs a script of the root, e.g. Tool("bin/orla-cmd", {...}).
-    RunResult Tool(const std::string& script, std::vector<std::string> args = {})
-    {
-        args.insert(args.begin(), Path(script));
-        return RunCapture(args);
-    }
-    // Runs tolm-hostsim; unlike Console::HostSim a failure is an answer here.
-    RunResult Sim(std::vector<std::string> args, const std::string& root = "")
-    {
-        args.insert(args.begin(), {(BinDir() / "tolm-hostsim").string(), "--root", root.empty() ? Root() : root});
-        return RunCapture(args);
-    }
 
     Console host{"typical"};
 };
-using HostSimRoot = SimRoot;
 
 TEST_F(HostSimRoot, InitLaysOutToolsInsideTheRootAndRenewsOnlyARoot)
 {
@@ -71,22 +57,6 @@ TEST_F(HostSimRoot, InitLaysOutToolsInsideTheRootAndRenewsOnlyARoot)
     EXPECT_NE(RunCapture({hostsim, "init", Root(), "--fixture", "no-such-fixture"}).status, 0);
 }
 
-TEST_F(HostSimRoot, OrlaCmdRejectsUnknownUsersWith255AndAcceptsTheConsoleAccount)
-{
-    EXPECT_EQ(Tool("bin/orla-cmd", {"-U", "mallory", "internalsvc/refresh"}).status, 255);
-    EXPECT_TRUE(host.State("/tools/counts/refresh").is_null());
-
-    EXPECT_EQ(Tool("bin/orla-cmd", {"-U", "tolm", "internalsvc/refresh"}).status, 0);
-    EXPECT_EQ(Tool("bin/orla-cmd", {"-U", "root", "internalsvc/refresh"}).status, 0);
-    EXPECT_EQ(host.State("/tools/counts/refresh"), 2);
-
-    host.SetValue("/users", {{"operator", json::object()}});
-    EXPECT_EQ(Tool("bin/orla-cmd", {"-U", "operator", "internalsvc/refresh"}).status, 0);
-
-    EXPECT_NE(Tool("bin/orla-cmd", {"-U", "root", "no/such_command"}).status, 0);
-    EXPECT_NE(Tool("bin/orla-cmd", {"internalsvc/refresh"}).status, 0);
-}
-
 // The password file has two writers in separate processes: a card insert
 // adds the card's user, the PAM password step rewrites a password. Racing
 // them must lose no account.
@@ -100,7 +70,7 @@ TEST_F(HostSimRoot, PasswordWritersLoseNoAccount)
     }
     constexpr int kCards = 30;
     for (int i = 0; i < kCards; ++i)
-        EXPECT_EQ(Sim({"card", "insert", "racer" + std::to_string(i)}).status, 0);
+        host.HostSim({"card", "insert", "racer" + std::to_string(i)});
     ::kill(changer, SIGKILL);
     ::waitpid(changer, nullptr, 0);
     std::string text = ReadFile(passdb);
@@ -118,8 +88,8 @@ TEST_F(HostSimRoot, WritersRemoveCopiesLeftByDeadWriters)
     const std::string passdbCopy = Path("etc/pellor/passdb.tmp.a1b2c3");
     std::ofstream(stateCopy) << "{\"half\":";
     std::ofstream(passdbCopy) << "root:hal";
-    ASSERT_EQ(Sim({"set", "/network/dns/domain", "\"example.net\""}).status, 0);
-    ASSERT_EQ(Sim({"card", "insert", "cleaner"}).status, 0);
+    host.HostSim({"set", "/network/dns/domain", "\"example.net\""});
+    host.HostSim({"card", "insert", "cleaner"});
     EXPECT_FALSE(fs::exists(stateCopy));
     EXPECT_FALSE(fs::exists(passdbCopy));
 }
@@ -134,13 +104,13 @@ TEST_F(HostSimRoot, CardChangeSignalsNoStranger)
         ::_exit(127);
     }
     std::ofstream(Path("var/run/tolm.pid")) << stranger << "\n";
-    ASSERT_EQ(Sim({"card", "insert", "stranger"}).status, 0);
-    ASSERT_EQ(Sim({"card", "remove", "stranger"}).status, 0);
+    host.HostSim({"card", "insert", "stranger"});
+    host.HostSim({"card", "remove", "stranger"});
     EXPECT_EQ(::waitpid(stranger, nullptr, WNOHANG), 0) << "SIGUSR1 ended the process";
     ::kill(stranger, SIGKILL);
     ::waitpid(stranger, nullptr, 0);
     // Nor does a pid file naming a process that is gone fail the change.
-    EXPECT_EQ(Sim({"card", "insert", "late"}).status, 0);
+    host.HostSim({"card", "insert", "late"});
 }
 
 }  // namespace

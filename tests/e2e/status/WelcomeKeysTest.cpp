@@ -39,7 +39,7 @@ TEST(StatusKeys, LoginSwitchedOffShowsOnlyTheNotice)
     EXPECT_EQ(tolm.Syslog().find("logged in"), std::string::npos);
 }
 
-TEST(StatusKeys, AfterAMinuteScreensDimAndTheNextKeyRepaintsThem)
+TEST(StatusKeys, AfterAMinuteScreensDimTheNextKeyRepaintsThemARestartWaitsForTheLogout)
 {
     Console tolm(OnTerm("xterm-256color"));
     // The idle timeout never applies to the status screen itself.
@@ -79,13 +79,8 @@ TEST(StatusKeys, AfterAMinuteScreensDimAndTheNextKeyRepaintsThem)
     ASSERT_TRUE(tolm.WaitForQuiet());
     tolm.Press(Key::Up);
     EXPECT_TRUE(tolm.WaitUntil([&] { return panes(3, 6); }, "pane colours restored"));
-}
 
-TEST(StatusKeys, RestartRequestDuringASessionWaitsForTheLogout)
-{
-    Console tolm("typical");
-    tolm.Start();
-    ASSERT_TRUE(LogInToMenu(tolm));
+    // A restart request during a session waits for the logout.
     tolm.Signal(SIGUSR2);
     ASSERT_TRUE(tolm.WaitForQuiet());
     EXPECT_TRUE(tolm.Running());

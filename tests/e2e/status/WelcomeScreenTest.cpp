@@ -16,7 +16,7 @@ TEST(StatusScreen, TypicalHostShowsWhoAndWhereItIs)
 
     // Host description in the upper half, addresses in the lower half; the
     // footer's F12 against the right margin.
-    EXPECT_EQ(tolm.Grid(0, -1),
+    EXPECT_EQ(tolm.Grid(0, 17),
               "                                                                                |\n"
               "                                                                                |\n"
               "                                                                                |\n"
@@ -34,14 +34,9 @@ TEST(StatusScreen, TypicalHostShowsWhoAndWhereItIs)
               "  http://tarnhost01/                                                            |\n"
               "  http://192.168.10.21/ (STATIC)                                                |\n"
               "  http://[fe80::20c:29ff:fe3a:5b10]/ (AUTOCONF)                                 |\n"
-              "                                                                                |\n"
-              "                                                                                |\n"
-              "                                                                                |\n"
-              "                                                                                |\n"
-              "                                                                                |\n"
-              "                                                                                |\n"
-              "                                                                                |\n"
-              "  <F2> Customize System/View Logs                      <F12> Shut Down/Restart  |\n");
+              "                                                                                |\n");
+    EXPECT_EQ(tolm.Grid(-1, -1), "  <F2> Customize System/View Logs                      <F12> Shut Down/Restart  |\n");
+    EXPECT_EQ(tolm.Grid(18, -2).find_first_not_of(" |\n"), std::string::npos);  // the rest is blank
     const int heading = 13;
     EXPECT_TRUE(tolm.State("/system/alerts").empty());
 

@@ -1,6 +1,6 @@
 // The log viewer's pager owns the terminal while it runs: its keys are its
-// own, and the session still ends on the idle timeout or a removed card,
-// taking the pager with it.
+// own, and the session still ends on the idle timeout or a removed card
+// (after a login with its PIN), taking the pager with it.
 
 #include <iterator>
 
@@ -76,7 +76,17 @@ TEST(Pager, RemovedSmartCardEndsTheSessionAndThePager)
     ASSERT_TRUE(Started(tolm));
     tolm.CardInsert("jdoe");
     ASSERT_TRUE(tolm.WaitForLog("Found smart card with user id 'jdoe'"));
+
+    // The login asks for the card's PIN; F3 switches to a password and back.
     ASSERT_TRUE(OpenLogin(tolm));
+    EXPECT_TRUE(tolm.HasText("Enter the smart card login PIN for"));
+    EXPECT_TRUE(tolm.HasText("<F3> Switch PIN/Password Login"));
+    EXPECT_TRUE(NameShows(tolm, "jdoe"));
+    ASSERT_TRUE(PressFor(tolm, Key::F3, "Enter an authorized login name and password for"));
+    EXPECT_TRUE(NameShows(tolm, "root"));
+    EXPECT_FALSE(tolm.HasText("<F3>"));
+    ASSERT_TRUE(PressFor(tolm, Key::F3, "Enter the smart card login PIN for"));
+    ASSERT_TRUE(NameShows(tolm, "jdoe"));
     tolm.Press(Key::Enter);
     tolm.Type("1234");
     tolm.Press(Key::Enter);

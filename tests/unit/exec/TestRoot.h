@@ -5,7 +5,7 @@
 // <root>/var/log/syslog.log.
 #include "../host/HostRoot.h"
 
-#include <sstream>
+#include <regex>
 #include <sys/stat.h>
 #include <vector>
 
@@ -31,32 +31,17 @@ protected:
         std::ofstream(Root() + hostPath, std::ios::binary) << text;
     }
 
-    std::string ReadFile(const std::string& hostPath) const
-    {
-        std::ifstream in(Root() + hostPath, std::ios::binary);
-        std::stringstream s;
-        s << in.rdbuf();
-        return s.str();
-    }
+    std::string ReadFile(const std::string& hostPath) const { return host.File(hostPath); }
 
     // The log lines written under this root, without their time stamp and
     // process id: "user.err: Run Command did not terminate normally".
     std::vector<std::string> LogLines() const
     {
+        static const std::regex line(R"((?:^|\n)\S+ (\S+) \S*?\]: ([^\n]*))");
         std::vector<std::string> lines;
-        std::istringstream in(ReadFile("/var/log/syslog.log"));
-        for (std::string line; std::getline(in, line);) {
-            size_t levelStart = line.find(' ');
-            size_t identStart = line.find(' ', levelStart + 1);
-            size_t messageStart = line.find("]: ", identStart);
-            if (levelStart == std::string::npos || identStart == std::string::npos ||
-                messageStart == std::string::npos) {
-                lines.push_back(line);
-                continue;
-            }
-            lines.push_back(line.substr(levelStart + 1, identStart - levelStart - 1) + ": " +
-                            line.substr(messageStart + 3));
-        }
+        const std::string log = ReadFile("/var/log/syslog.log");
+        for (std::sregex_iterator it(log.begin(), log.end(), line), end; it != end; ++it)
+            lines.push_back((*it)[1].str() + ": " + (*it)[2].str());
         return lines;
     }
 

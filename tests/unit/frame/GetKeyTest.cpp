@@ -1,27 +1,13 @@
 // The key reader's clocks: dimming after a minute, the idle deadline, the
-// repaint when a key ends dimming, and what each signal code does.
-#include "ScriptedClock.h"
+// repaint when a key ends dimming, and the ways out.
+#include "FrameFakes.h"
 #include "frame/Keys.h"
 
 namespace Tolm {
 namespace {
 
+using Test::RecordingFrame;
 using Test::ScriptedClock;
-
-// A screen that records how it was drawn.
-class RecordingFrame : public Frame {
-public:
-    RecordingFrame() : Frame(nullptr, 0, 0, 80, 25, 0, 7) {}
-    void Draw(bool active) override
-    {
-        draws.push_back(active);
-        Frame::Draw(active);
-    }
-    int Execute() override { return 0; }
-    void Refresh() override { ++refreshes; }
-    std::vector<bool> draws;
-    int refreshes = 0;
-};
 
 class GetKeyTest : public ::testing::Test {
 protected:
@@ -77,19 +63,6 @@ TEST_F(GetKeyTest, NoiseDoesNotRestartTheDeadlines)
     // The second wait only covers what is left of the minute.
     EXPECT_DOUBLE_EQ(*clock.waits[1], 30.0);
     EXPECT_DOUBLE_EQ(*clock.waits[2], 10.0);
-}
-
-TEST_F(GetKeyTest, RefreshAndRestartWhileLoggedInKeepWaiting)
-{
-    RecordingFrame front;
-    Frame::fgFrame = &front;
-    Frame::_loggedIn = true;
-    clock.script = {{1, Frame::WAIT_REFRESH}, {1, Frame::WAIT_RESTART}, {1, Frame::WAIT_REFRESH}, {1, 'k'}};
-    EXPECT_EQ(Frame::GetKey(&window, true), 'k');
-    // Only the window in front re-reads its data.
-    EXPECT_EQ(front.refreshes, 2);
-    EXPECT_EQ(window.refreshes, 0);
-    EXPECT_TRUE(Frame::_markForRestart);
 }
 
 using GetKeyDeathTest = GetKeyTest;

@@ -1,38 +1,12 @@
 // The modal protocol: the parent is dimmed while a window runs and redrawn
 // after it, fgFrame follows the innermost window, and an idle timeout passes
 // straight through.
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <vector>
-
-#include "frame/Frame.h"
+#include "FrameFakes.h"
 
 namespace Tolm {
 namespace {
 
-class Screen : public Frame {
-public:
-    explicit Screen(Frame* parent, std::function<int()> body = [] { return 0; })
-        : Frame(parent, 0, 0, 80, 25, 0, 7), _body(std::move(body))
-    {
-    }
-    void Draw(bool active) override
-    {
-        draws.push_back(active);
-        Frame::Draw(active);
-    }
-    int Execute() override
-    {
-        seenForeground = fgFrame;
-        return _body();
-    }
-    std::vector<bool> draws;
-    Frame* seenForeground = nullptr;
-
-private:
-    std::function<int()> _body;
-};
+using Screen = Test::RecordingFrame;
 
 TEST(FrameRun, DimsParentRunsAndRestores)
 {

@@ -8,12 +8,6 @@
 namespace Tolm {
 namespace {
 
-std::string Read(const std::string& path)
-{
-    std::ifstream in(path);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
-
 TEST(StartupChecks, VirtualTerminalArgument)
 {
     EXPECT_EQ(Startup::ParseVt("1"), 1);
@@ -33,15 +27,14 @@ TEST(StartupChecks, PidFileOfADeadOrNoProcessIsClaimedALiveOwnerIsLeftAlone)
     for (std::string content : {std::string("0"), std::string("-42"), std::string("tolm"), std::to_string(dead)}) {
         std::ofstream(pidFile) << content;
         EXPECT_TRUE(Startup::ClaimPidFile(pidFile, "/var/run/tolm.pid")) << content;
-        EXPECT_EQ(Read(pidFile), std::to_string(getpid()));
+        EXPECT_EQ(root.File("/var/run/tolm.pid"), std::to_string(getpid()));
     }
 
     const std::string live = std::to_string(getppid()) + "\n";
     std::ofstream(pidFile) << live;
     EXPECT_FALSE(Startup::ClaimPidFile(pidFile, "/var/run/tolm.pid"));
-    EXPECT_EQ(Read(pidFile), live);
-    EXPECT_NE(Read(root.Root() + "/var/log/syslog.log")
-                  .find("Attempt to run multiple Tolm instances, not updating /var/run/tolm.pid"),
+    EXPECT_EQ(root.File("/var/run/tolm.pid"), live);
+    EXPECT_NE(root.File("/var/log/syslog.log").find("Attempt to run multiple Tolm instances, not updating /var/run/tolm.pid"),
               std::string::npos);
 }
 

@@ -52,23 +52,6 @@ TEST_F(WindowTest, DestructionTakesOwnedChildrenAndUnlinksOthers)
     EXPECT_EQ(destroyed, 2);
 }
 
-TEST_F(WindowTest, InactiveDrawDimsEveryChildAndActiveRestoresColours)
-{
-    Window top(0, 0, 20, 10, Color::Yellow, Color::White);
-    Window* band = top.CreateChild(0, 0, 20, 2, Color::DarkGrey);
-    auto pairOf = [](Window* w) { return Tolm::Test::PairOf(w->CursesWindow()); };
-    top.Draw(false);
-    EXPECT_FALSE(band->IsActive());
-    EXPECT_EQ(pairOf(&top), ColorPair(Color::Black, Color::DarkGrey));
-    EXPECT_EQ(pairOf(band), ColorPair(Color::Black, Color::DarkGrey));
-    // Colour changes while dimmed wait for the next active draw.
-    band->SetColors(Color::Red, -1);
-    EXPECT_EQ(pairOf(band), ColorPair(Color::Black, Color::DarkGrey));
-    top.Draw(true);
-    EXPECT_EQ(pairOf(&top), ColorPair(Color::Yellow, Color::White));
-    EXPECT_EQ(pairOf(band), ColorPair(Color::Red, Color::White));
-}
-
 TEST_F(WindowTest, CoveredWindowGetsItsCursorBack)
 {
     Window screen(0, 0, 80, 25, Color::Black, Color::White);

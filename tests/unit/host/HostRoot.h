@@ -40,6 +40,12 @@ public:
     std::string StatePath() const { return _root + "/var/lib/hostsim/host.json"; }
     HostSim::StateFile State() const { return HostSim::StateFile(StatePath()); }
     nlohmann::json Read() const { return State().Read(); }
+    // The text of the root's file `rel` ("/var/log/syslog.log"), "" if missing.
+    std::string File(const std::string& rel) const
+    {
+        std::ifstream in(_root + rel, std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(in), {});
+    }
     void Set(const std::string& pointer, const nlohmann::json& value) const
     {
         State().Update([&](nlohmann::json& s) { s[nlohmann::json::json_pointer(pointer)] = value; });

@@ -100,23 +100,6 @@ TEST(NetworkRules, AnAdapterServesOneSwitch)
     EXPECT_TRUE(Management()->IsUsable());
 }
 
-TEST(NetworkRules, DistributedSwitchAndMissingAdapters)
-{
-    {
-        HostRoot root("dvs");
-        auto nic = Management();
-        EXPECT_EQ(CONNECTEE_DVSPORT, nic->GetConnecteeType());
-        EXPECT_EQ((std::vector<std::string>{"hwnic0", "hwnic1"}), DlswitchImpl("dlswitch0").GetUsedUplinks());
-        EXPECT_EQ(10, DlswitchImpl("dlswitch0").GetVlanId(nic->GetPortGroup()));
-        EXPECT_THROW(VirtualSwitchImpl("switch1").AddUplink("hwnic0"), HostCtlException);
-    }
-    {
-        HostRoot root("no-adapter");
-        EXPECT_TRUE(NetworkInfoImpl().GetPnics().empty());
-        EXPECT_FALSE(Management()->IsUsable());
-    }
-}
-
 TEST(NetworkRules, DnsSettings)
 {
     HostRoot root;

@@ -1,7 +1,6 @@
-// Running the root's programs, and options.
+// Running the root's programs.
 #include "HostRoot.h"
 
-#include "host/HostCtlException.h"
 #include "host/TarnCtl.h"
 
 #include <fcntl.h>
@@ -9,14 +8,6 @@
 
 namespace Tolm::Test {
 namespace {
-
-using HostCtl::Lib::HostCtlException;
-
-std::string ReadFile(const std::string& path)
-{
-    std::ifstream in(path);
-    return std::string(std::istreambuf_iterator<char>(in), {});
-}
 
 // A command line's program is the root's; its arguments reach it as written
 // (the root's tools resolve the paths they are given), and nothing it prints
@@ -42,30 +33,14 @@ TEST(Exec, RunsTheRootsProgramWithItsArgumentsAsGivenAndNoOutput)
         ::close(fd);
 
     EXPECT_EQ(0, status);
-    EXPECT_EQ("-d /var/log/\n", ReadFile(root.Root() + "/sbin/args"));
-    EXPECT_EQ("", ReadFile(captured));
+    EXPECT_EQ("-d /var/log/\n", root.File("/sbin/args"));
+    EXPECT_EQ("", root.File("/terminal"));
 
     // The script a shell is handed is the root's too.
     std::filesystem::create_directories(root.Root() + "/bin");
     std::filesystem::create_symlink("/bin/sh", root.Root() + "/bin/sh");
     EXPECT_EQ(0, TarnCtl::Util::TarnCtl_Exec("/bin/sh /sbin/tool stop /var/log/"));
-    EXPECT_EQ("stop /var/log/\n", ReadFile(root.Root() + "/sbin/args"));
-}
-
-TEST(Options, IntegerOptionsKeepTheirLimits)
-{
-    HostRoot root;
-    TarnCtl::Adv::AdvancedOptionImpl adv;
-    auto opt = adv.FindOption("/UserVars/TolmTimeOut");
-    auto* integer = dynamic_cast<HostCtl::Adv::AdvancedIntegerOption*>(opt.get());
-    ASSERT_NE(nullptr, integer);
-    EXPECT_EQ(600, integer->GetValue());
-    integer->SetValue(86400);
-    EXPECT_EQ(86400, root.Read()["advancedOptions"]["UserVars"]["TolmTimeOut"]["value"]);
-    EXPECT_THROW(integer->SetValue(86401), HostCtlException);
-    EXPECT_EQ(nullptr, adv.FindOption("/UserVars/NoSuchOption"));
-    EXPECT_EQ(nullptr, dynamic_cast<HostCtl::Adv::AdvancedIntegerOption*>(
-                           adv.FindOption("/UserVars/HostClientWelcomeMessage").get()));
+    EXPECT_EQ("stop /var/log/\n", root.File("/sbin/args"));
 }
 
 }  // namespace

@@ -39,8 +39,7 @@ Applied Apply(const HostRoot& root, const PendingNetwork& pending)
     Applied out;
     NetworkApply(pending, TarnNic("tarn0"), [&](const std::string& text) { out.boxes.push_back(text); })
         .WriteToHost();
-    std::ifstream in(root.Root() + "/var/log/syslog.log");
-    out.log.assign(std::istreambuf_iterator<char>(in), {});
+    out.log = root.File("/var/log/syslog.log");
     return out;
 }
 

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "CursesFixture.h"
-#include "ScriptedClock.h"
+#include "FrameFakes.h"
 #include "frame/Keys.h"
 #include "ui/Dialog.h"
 #include "ui/InputItem.h"

@@ -13,34 +13,22 @@ void Type(InputItem& item, const std::string& text) {
 }  // namespace
 
 TEST(InputItem, FirstEditingKeyReplacesAFreshValueButMovementKeepsIt) {
+    // A fresh "abc", a first key, then text; a non-printable key still
+    // consumes the fresh value.
+    const struct {
+        int key;
+        const char* typed;
+        const char* value;
+    } cases[] = {{'x', "y", "xy"},          {Key::Right, "d", "abcd"}, {Key::Home, "_", "_abc"},
+                 {Key::Backspace, "", ""}, {Key::Delete, "", ""},     {Key::F5, "", ""}};
     InputItem item("Label", "abc", 10);
-    Type(item, "xy");
-    EXPECT_EQ(item.Value(), "xy");
-
-    item.SetValue("abc");
-    item.HandleKey(Key::Right);
-    Type(item, "d");
-    EXPECT_EQ(item.Value(), "abcd");
-
-    item.SetValue("abc");
-    item.HandleKey(Key::Home);
-    Type(item, "_");
-    EXPECT_EQ(item.Value(), "_abc");
-
-    item.SetValue("abc");
-    item.HandleKey(Key::Backspace);
-    EXPECT_EQ(item.Value(), "");
-    item.SetValue("abc");
-    item.HandleKey(Key::Delete);
-    EXPECT_EQ(item.Value(), "");
-
-    // A non-printable key still consumes the fresh value.
-    item.SetValue("abc");
-    item.HandleKey(Key::F5);
-    EXPECT_EQ(item.Value(), "");
-
+    for (const auto& c : cases) {
+        item.SetValue("abc");
+        item.HandleKey(c.key);
+        Type(item, c.typed);
+        EXPECT_EQ(item.Value(), c.value) << c.key;
+    }
     // Gaining the focus makes the value fresh again.
-    item.SetValue("abc");
     item.HandleKey(Key::End);
     item.SetFocus(true);
     Type(item, "z");

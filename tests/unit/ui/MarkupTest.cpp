@@ -36,25 +36,6 @@ PlaceholderLookup Fixed(std::string name, std::string value) {
 
 }  // namespace
 
-TEST(MarkupLayout, FooterHintsEndInTheLastColumnAndColourTagsTakeNoWidth) {
-    const std::string footer =
-        "{color:white}<Enter>{/color}{color:light-grey} More{/color}{align:right}{color:white}<Esc>{/color}"
-        "{color:light-grey} Log Out{/color}{/align}";
-    const std::string out = Layout(footer, 60);
-    EXPECT_EQ(out,
-              "{color:white}<Enter>{/color}{color:light-grey} More{/color}" + std::string(35, ' ') +
-                  "{color:white}<Esc>{/color}{color:light-grey} Log Out{/color}");
-
-    ColorTable colors = DefaultColorTable();
-    auto runs = ColorRuns(out, 60, 1, 3, 0, colors);
-    ASSERT_FALSE(runs.empty());
-    const MRun& last = runs.back();
-    EXPECT_EQ(last.text, " Log Out");
-    EXPECT_EQ(last.x + Columns(last.text), 60);
-    EXPECT_EQ(last.foreground, 2);
-    EXPECT_EQ(runs.front(), (MRun{0, 0, "<Enter>", 3, 7}));
-}
-
 TEST(MarkupLayout, AlignmentPaddingAndWrapping)
 {
     const struct {

@@ -1,11 +1,9 @@
 #pragma once
-// A clock for the key reader that only moves when it waits: a wait takes the
-// next scripted step (the seconds that pass, then its result), or without one
-// lets its whole limit and a microsecond pass. It notes each wait's limit and
-// whether the cursor showed.
+// Stand-ins for the frame's tests: a scripted clock and a recording screen.
 #include <gtest/gtest.h>
 
 #include <deque>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -15,6 +13,10 @@
 
 namespace Tolm::Test {
 
+// A clock for the key reader that only moves when it waits: a wait takes the
+// next scripted step (the seconds that pass, then its result), or without one
+// lets its whole limit and a microsecond pass. It notes each wait's limit and
+// whether the cursor showed.
 class ScriptedClock : public FrameClock {
 public:
     struct Step {
@@ -53,6 +55,30 @@ public:
 private:
     static constexpr long kStart = 1'000'000'500'000;
     long _usec = kStart;
+};
+
+// A full screen that records how it was drawn and runs `body`.
+class RecordingFrame : public Frame {
+public:
+    explicit RecordingFrame(Frame* parent = nullptr, std::function<int()> body = [] { return 0; })
+        : Frame(parent, 0, 0, 80, 25, 0, 7), _body(std::move(body))
+    {
+    }
+    void Draw(bool active) override
+    {
+        draws.push_back(active);
+        Frame::Draw(active);
+    }
+    int Execute() override
+    {
+        seenForeground = fgFrame;
+        return _body();
+    }
+    std::vector<bool> draws;
+    Frame* seenForeground = nullptr;
+
+private:
+    std::function<int()> _body;
 };
 
 }  // namespace Tolm::Test
