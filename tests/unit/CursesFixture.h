@@ -84,28 +84,18 @@ protected:
         Tolm::InitColors();
     }
 
-    // The text of one line of `win` (wide characters as UTF-32).
-    static std::wstring Line(WINDOW* win, int y)
-    {
-        std::wstring text;
-        for (int x = 0; x < getmaxx(win); ++x) {
-            cchar_t cell;
-            if (mvwin_wch(win, y, x, &cell) == ERR) break;
-            wchar_t chars[CCHARW_MAX + 1] = {};
-            attr_t attrs;
-            short pair;
-            getcchar(&cell, chars, &attrs, &pair, nullptr);
-            text += chars[0] ? chars[0] : L' ';
-        }
-        return text;
-    }
-    static std::string Narrow(const std::wstring& text) { return std::string(text.begin(), text.end()); }
     // Every line of `win` in UTF-8, each ended by a visible "|": a whole layout at once.
     static std::string Grid(WINDOW* win)
     {
         std::string grid;
         for (int y = 0; y < getmaxy(win); ++y) {
-            for (wchar_t c : Line(win, y)) {
+            for (int x = 0; x < getmaxx(win); ++x) {
+                cchar_t cell;
+                wchar_t chars[CCHARW_MAX + 1] = {};
+                attr_t attrs;
+                short pair;
+                if (mvwin_wch(win, y, x, &cell) == OK) getcchar(&cell, chars, &attrs, &pair, nullptr);
+                const wchar_t c = chars[0] ? chars[0] : L' ';
                 if (c < 0x80) grid += static_cast<char>(c);
                 else grid += {char(0xE0 | (c >> 12)), char(0x80 | ((c >> 6) & 0x3F)), char(0x80 | (c & 0x3F))};
             }

@@ -20,7 +20,7 @@ TEST_F(DialogTest, DimmedTextIgnoresColourTags) {
     dialog.SetTitle("{color:red}Red{/color} plain");
     WINDOW* title = dialog.TitleArea()->CursesWindow();
     ASSERT_NE(title, nullptr);
-    EXPECT_EQ(Narrow(Line(title, 0)).substr(0, 9), "Red plain");
+    EXPECT_EQ(Grid(title).substr(0, 9), "Red plain");
     EXPECT_EQ(PairAt(title, 0, 0), ColorPair(Color::DarkGrey, Color::Red));
     EXPECT_EQ(PairAt(title, 0, 4), ColorPair(Color::DarkGrey, Color::White));
 
