@@ -4,6 +4,8 @@
 // host and on the status screen. Nothing reaches the host before the
 // confirmation.
 
+#include <algorithm>
+
 #include "Steps.h"
 
 namespace Tolm::E2E {
@@ -25,36 +27,19 @@ bool ScreenShows(Console& tolm, const std::string& entry)
                           "the screen to show " + entry);
 }
 
-// Presses `key` and waits until the title row changed with it.
-bool Step(Console& tolm, Key key)
-{
-    const std::string before = tolm.Row(1);
-    tolm.Press(key);
-    return tolm.WaitUntil([&] { return tolm.Row(1) != before; }, "the highlight to move");
-}
-
 // From the status screen to the menu entry, and Enter on it; to the network screen.
 bool EnterNetwork(Console& tolm) { return LogInToMenu(tolm) && OpenEntry(tolm, SCREEN); }
 bool OpenNetwork(Console& tolm) { return EnterNetwork(tolm) && ScreenShows(tolm, "") && Settle(tolm); }
 
-// Highlights `entry` (a row's name), moving up or down towards it.
+// Highlights `entry` (a row's name): up to the first row, then down to it.
 bool GoTo(Console& tolm, const std::string& entry)
 {
     static const std::vector<std::string> rows = {"Network Adapters", "VLAN (optional)", "IPv4 Configuration",
                                                   "IPv6 Configuration", "DNS Configuration", "Custom DNS Suffixes"};
-    const auto index = [&](const std::string& title) {
-        for (size_t i = 0; i < rows.size(); ++i)
-            if (title.find(SCREEN) < 6 && title.find(rows[i]) != std::string::npos)
-                return static_cast<int>(i);
-        return -1;
-    };
-    const int target = index(SCREEN + (" " + entry));
-    for (int i = 0; i < 8; ++i) {
-        const int now = index(tolm.Row(1));
-        if (now == target) return Settle(tolm);
-        if (now < 0 || !Step(tolm, now < target ? Key::Down : Key::Up)) break;
-    }
-    return ScreenShows(tolm, entry);
+    Settle(tolm);  // keys sent before the screen is redrawn are dropped
+    tolm.Press(Key::Up, 6);
+    tolm.Press(Key::Down, static_cast<int>(std::find(rows.begin(), rows.end(), entry) - rows.begin()));
+    return ScreenShows(tolm, entry) && Settle(tolm);
 }
 
 // Opens the dialog of `entry`; it is up once `shows` is on screen.
