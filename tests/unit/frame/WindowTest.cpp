@@ -1,4 +1,4 @@
-// Window geometry, ownership, drawing guards and the parked cursor.
+// Window geometry, drawing guards and the parked cursor.
 #include <gtest/gtest.h>
 
 #include "CursesFixture.h"
@@ -7,15 +7,6 @@
 
 namespace Tolm {
 namespace {
-
-class Counted : public Window {
-public:
-    Counted(Window* parent, int* destroyed) : Window(parent, 1, 1, 2, 2), _destroyed(destroyed) {}
-    ~Counted() override { ++*_destroyed; }
-
-private:
-    int* _destroyed;
-};
 
 using WindowTest = CursesTest;
 
@@ -32,24 +23,6 @@ TEST_F(WindowTest, ChildrenDrawIntoTheirParentAndNothingLeavesAWindow)
     EXPECT_EQ(Grid(top.CursesWindow()), "          |\n"
                                         "          |\n"
                                         "   ab     |\n");
-}
-
-TEST_F(WindowTest, DestructionTakesOwnedChildrenAndUnlinksOthers)
-{
-    int destroyed = 0;
-    {
-        Window top(0, 0, 20, 10, Color::Black, Color::White);
-        top.AddChild<Counted>(&destroyed);
-        Window* owned = top.CreateChild(0, 0, 4, 4);
-        owned->AddChild<Counted>(&destroyed);
-        {
-            Window onStack(&top, 5, 5, 3, 3);
-            EXPECT_EQ(top.Children().size(), 3u);
-        }
-        EXPECT_EQ(top.Children().size(), 2u);
-        EXPECT_EQ(destroyed, 0);
-    }
-    EXPECT_EQ(destroyed, 2);
 }
 
 TEST_F(WindowTest, CoveredWindowGetsItsCursorBack)

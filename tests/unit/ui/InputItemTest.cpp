@@ -84,23 +84,6 @@ TEST(InputItem, ViewScrollsWithTheCursorAndBackspaceJumpsToTheEnd) {
     EXPECT_EQ(item.Cursor(), 3);
 }
 
-TEST(InputItem, RowTextHighlightsTheFocusedFieldAndMasksPasswords) {
-    InputItem item("Password:", "secret", 8);
-    item.SetMasked(true);
-    const std::string label = "Password:" + std::string(8, ' ') + " [ ";
-    EXPECT_EQ(item.RowText(30), label + "****** ]");
-    item.SetFocus(true);
-    EXPECT_EQ(item.RowText(30), label + "{bgcolor:white}{color:black}******{/color}{/bgcolor}   ]");
-    Type(item, "x");
-    EXPECT_EQ(item.RowText(30), label + "{bgcolor:black}{color:white}*{/color}{/bgcolor}" + std::string(8, ' ') + "]");
-    EXPECT_EQ(item.RowText(30).find("x"), std::string::npos);
-
-    // Field width -1 is half the row minus one.
-    InputItem half("N", "12", -1);
-    EXPECT_EQ(half.RowText(20), "N      [ 12 ]");
-    EXPECT_EQ(half.CursorColumn(20), 20 - 9 - 2 + 2);
-}
-
 TEST(InputItem, MaskedValueStaysInOneBufferAndIsWiped) {
     InputItem item("Password:", "", 30);
     item.SetMasked(true);

@@ -78,33 +78,6 @@ TEST_F(ItemListTest, ScrollsWithTheHighlightAndPlacesTheScrollThumb) {
     EXPECT_EQ(list.ScrollThumbLine(), 9);
 }
 
-TEST_F(ItemListTest, HighlightSkipsDisabledAndUnselectableItemsButCountsOrdinals) {
-    ItemList list(&parent, 0, 0, 30, 4);
-    Items items{{"heading", false}, {"A", true}, {"-B", true}, {"C", true}, {"---", false}, {"D", true}};
-    list.SetItems(items.pointers);
-    EXPECT_EQ(list.SelectedIndex(), 1);
-    EXPECT_EQ(list.SelectedOrdinal(), 0);
-    EXPECT_EQ(items.pointers[2]->foreground, Color::DarkGrey);
-
-    list.Down();
-    EXPECT_EQ(list.SelectedIndex(), 3);
-    EXPECT_EQ(list.SelectedOrdinal(), 2);
-    list.Down();
-    EXPECT_EQ(list.SelectedIndex(), 5);
-    EXPECT_EQ(list.SelectedOrdinal(), 3);
-    EXPECT_EQ(list.FirstShown(), 2);
-    list.Down();
-    EXPECT_EQ(list.SelectedIndex(), 5);
-    for (int i = 0; i < 3; ++i) list.Up();
-    EXPECT_EQ(list.SelectedIndex(), 1);
-    EXPECT_EQ(list.FirstShown(), 1);
-
-    list.SelectByOrdinal(1);
-    EXPECT_EQ(list.Selected(), items.pointers[2]);
-    list.SelectByOrdinal(9);
-    EXPECT_EQ(list.Selected(), items.pointers[2]);
-}
-
 TEST_F(ItemListTest, ListWithoutUsableItemsNeverMoves) {
     ItemList list(&parent, 0, 0, 30, 4);
     Items items{{"heading", false}, {"-off", true}};
