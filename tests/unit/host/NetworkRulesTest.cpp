@@ -1,5 +1,6 @@
-// Rules the simulated host enforces on its network. DHCP leases and the IPv6
-// switch taking effect at the restart are read end to end in NetworkTest.
+// Rules the simulated host enforces on its network. DHCP leases, the IPv6
+// switch taking effect at the restart and the DNS settings are read end to
+// end in NetworkTest, host names with a domain in NetworkApplyTest.
 #include "HostRoot.h"
 
 #include "host/HostCtlException.h"
@@ -43,23 +44,6 @@ TEST(ManagementInterface, FollowsTheTaggedInterfaceWhenItsNameIsGone)
     EXPECT_THROW(nic->Refresh(), HostCtl::Lib::HostCtlException);
 }
 
-TEST(NetworkRules, StaticConfigurationIsCheckedAndKept)
-{
-    HostRoot root;
-    auto nic = Management();
-    IpConfig c;
-    c.SetIpv4Address(Ipv4Address("10.0.0.5"));
-    c.SetIpv4Netmask(Ipv4Address("255.0.255.0"));
-    EXPECT_THROW(nic->SetIpConfig(c), HostCtlException);
-    c.SetIpv4Netmask(Ipv4Address("255.255.0.0"));
-    nic->SetIpConfig(c);
-    IpConfig got = nic->GetIpConfig();
-    EXPECT_FALSE(got.GetUseDhcp());
-    EXPECT_EQ("10.0.0.5", got.GetIpv4Address().GetStringAddress());
-    EXPECT_THROW(nic->RenewDhcpLease(), HostCtlException);
-    EXPECT_THROW(TarnNic("tarn9").GetIpConfig(), HostCtlException);
-}
-
 TEST(NetworkRules, Ipv6StaticAndDynamicAddresses)
 {
     HostRoot root;
@@ -98,29 +82,6 @@ TEST(NetworkRules, AnAdapterServesOneSwitch)
     sw.SetVlanId("Management Network", 4095);
     EXPECT_EQ(4095, sw.GetVlanId("Management Network"));
     EXPECT_TRUE(Management()->IsUsable());
-}
-
-TEST(NetworkRules, DnsSettings)
-{
-    HostRoot root;
-    DnsConfigImpl dns;
-    dns.SetSearchDomainsString("a.example, b.example  c.example,");
-    dns.AddSearchDomain("b.example");
-    dns.AddSearchDomain("d.example");
-    dns.SaveConfig();
-    EXPECT_EQ((std::vector<std::string>{"a.example", "b.example", "c.example", "d.example"}), dns.GetSearchDomains());
-
-    dns.RemoveNameServers();
-    dns.AddNameServer(Ipv6Address("2001:db8::53"));
-    dns.AddNameServer(Ipv4Address("10.1.1.1"));
-    EXPECT_EQ(1u, dns.GetNameServers().size());
-    EXPECT_EQ("2001:db8::53", dns.GetIpv6NameServers().at(0).GetStringAddress());
-
-    dns.SetHostname("node9.corp.example");
-    EXPECT_EQ("node9", dns.GetHostname());
-    EXPECT_EQ("corp.example", dns.GetDomain());
-    EXPECT_EQ("node9", root.Read()["network"]["dns"]["hostname"]);
-    EXPECT_THROW(DnsConfigImpl("otherStack").GetHostname(), HostCtlException);
 }
 
 }  // namespace
