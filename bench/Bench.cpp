@@ -140,6 +140,7 @@ std::vector<Figures> Scenarios(const std::string& term)
     Started(c);
     rows.push_back({"first status screen", c.RawOutput().size(), c.Rows() * c.Cols(),
                     Ms(c.LastOutputTime() - started).count()});
+    if (std::getenv("TOLM_BENCH_DUMP")) Dump("first status screen", c.RawOutput());
     rows.push_back(Measure(c, "status screen key (full repaint)", [&] { c.Type(" "); }));
 
     // Logging in: F2, the password typed, Enter; one typed character apart.

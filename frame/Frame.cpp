@@ -91,7 +91,7 @@ Frame::~Frame()
     if (fgFrame == this) fgFrame = nullptr;
 }
 
-int Frame::Run(Frame* window)
+int Frame::Run(Frame* window, bool redrawOnAccept)
 {
     fgFrame = nullptr;
     Frame* parent = window->_parentFrame;
@@ -109,7 +109,7 @@ int Frame::Run(Frame* window)
         fgFrame = nullptr;
         throw;
     }
-    if (parent) {
+    if (parent && (redrawOnAccept || result != 1)) {
         parent->Draw(true);
         parent->Push();
     }

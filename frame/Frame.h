@@ -58,8 +58,11 @@ public:
     std::string Text(TextId id) const;
 
     // Run `window` modally: dim the parent, draw the window, Execute, redraw
-    // the parent. TolmTimeout passes through (parent not redrawn).
-    static int Run(Frame* window);
+    // the parent. TolmTimeout passes through (parent not redrawn). A caller
+    // that opens another window over the parent once `window` is accepted
+    // (result 1) passes `redrawOnAccept` false: the parent stays as it is
+    // until that window draws it, so it never reaches the terminal between.
+    static int Run(Frame* window, bool redrawOnAccept = true);
     // Read one key for `window`. Dims it after 60 s without a key; with
     // `idleTimeout` true and _idleTimeout non-zero throws TolmTimeout after
     // max(_idleTimeout, 60) s. Handles the signal codes itself (refresh,

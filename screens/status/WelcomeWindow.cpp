@@ -196,7 +196,8 @@ void WelcomeWindow::OpenLogin(int key)
     bool authenticated = false;
     {
         LoginDialog login(this);
-        authenticated = Frame::Run(&login) == 1;
+        // Accepted, the menu or the shut-down dialog comes over this screen.
+        authenticated = Frame::Run(&login, false) == 1;
     }
     if (!authenticated) return;
 

@@ -1,0 +1,144 @@
+#include "frame/BlankColors.h"
+
+#include <climits>
+#include <cwchar>
+#include <vector>
+
+#include "frame/Terminal.h"
+
+namespace Tolm {
+
+namespace {
+
+struct CellLook {
+    bool blank = false;
+    attr_t attrs = A_NORMAL;  // without the colour
+    int pair = 0;
+    int background = -1;
+};
+
+int PairBackground(int pair)
+{
+    int fg = -1, bg = -1;
+    if (pair <= 0 || extended_pair_content(pair, &fg, &bg) != OK) return -1;
+    return bg;
+}
+
+CellLook Look(const cchar_t& cell)
+{
+    wchar_t text[CCHARW_MAX + 1] = {};
+    attr_t attrs = A_NORMAL;
+    short shortPair = 0;
+    int pair = 0;
+    CellLook look;
+    if (getcchar(&cell, text, &attrs, &shortPair, &pair) == ERR) return look;
+    look.attrs = attrs & ~A_COLOR;
+    look.pair = pair;
+    // Reverse video shows the foreground in a blank; only plain blanks count.
+    look.blank = text[0] == L' ' && text[1] == L'\0' && look.attrs == A_NORMAL;
+    look.background = PairBackground(pair);
+    return look;
+}
+
+bool LooksAlike(const CellLook& a, const CellLook& b)
+{
+    return a.attrs == b.attrs && a.background == b.background;
+}
+
+void SetPair(cchar_t& cell, int pair)
+{
+    wchar_t text[CCHARW_MAX + 1] = {};
+    attr_t attrs = A_NORMAL;
+    short shortPair = 0;
+    int oldPair = 0;
+    if (getcchar(&cell, text, &attrs, &shortPair, &oldPair) == ERR) return;
+    short newShort = pair <= SHRT_MAX ? static_cast<short>(pair) : 0;
+    setcchar(&cell, text, attrs & ~A_COLOR, newShort, &pair);
+}
+
+// Curses writes over a short stretch of unchanged cells between two changes
+// rather than move the cursor past it.
+constexpr int kBridged = 8;
+
+bool SameCell(const cchar_t& a, const cchar_t& b)
+{
+    wchar_t textA[CCHARW_MAX + 1] = {}, textB[CCHARW_MAX + 1] = {};
+    attr_t attrsA = A_NORMAL, attrsB = A_NORMAL;
+    short shortA = 0, shortB = 0;
+    int pairA = 0, pairB = 0;
+    getcchar(&a, textA, &attrsA, &shortA, &pairA);
+    getcchar(&b, textB, &attrsB, &shortB, &pairB);
+    return wcscmp(textA, textB) == 0 && (attrsA & ~A_COLOR) == (attrsB & ~A_COLOR) && pairA == pairB;
+}
+
+void MatchRow(int y, int columns, bool cleared)
+{
+    std::vector<cchar_t> staged(static_cast<size_t>(columns) + 1), shown(static_cast<size_t>(columns) + 1);
+    if (mvwin_wchnstr(newscr, y, 0, staged.data(), columns) == ERR) return;
+    if (!cleared && mvwin_wchnstr(curscr, y, 0, shown.data(), columns) == ERR) cleared = true;
+
+    std::vector<CellLook> cells(static_cast<size_t>(columns));
+    for (int x = 0; x < columns; ++x) cells[x] = Look(staged[x]);
+    const auto sent = [&](int x) { return cleared || !SameCell(staged[x], shown[x]); };
+
+    bool changed = false;
+    for (int x = 0; x < columns;) {
+        if (!cells[x].blank) {
+            ++x;
+            continue;
+        }
+        // A run of blanks that look alike, [first, x).
+        const int first = x;
+        while (x < columns && cells[x].blank && LooksAlike(cells[x], cells[first])) ++x;
+        bool onScreen = !cleared;
+        for (int i = first; onScreen && i < x; ++i) {
+            const CellLook before = Look(shown[i]);
+            onScreen = before.blank && LooksAlike(before, cells[i]);
+        }
+        const bool bridged = first > 0 && x < columns && x - first < kBridged && sent(first - 1) && sent(x);
+        int pair = -1;
+        if (onScreen && !bridged) {
+            // Keep what the terminal shows: nothing of the run is sent.
+            for (int i = first; i < x; ++i) {
+                const int shownPair = Look(shown[i]).pair;
+                if (shownPair == cells[i].pair) continue;
+                SetPair(staged[i], shownPair);
+                cells[i].pair = shownPair;
+                changed = true;
+            }
+            continue;
+        }
+        if (first > 0 && LooksAlike(cells[first - 1], cells[first]))
+            pair = cells[first - 1].pair;
+        else if (x < columns && LooksAlike(cells[x], cells[first]))
+            pair = cells[x].pair;
+        if (pair < 0) continue;
+        for (int i = first; i < x; ++i) {
+            if (cells[i].pair == pair) continue;
+            SetPair(staged[i], pair);
+            cells[i].pair = pair;
+            changed = true;
+        }
+    }
+    if (changed) mvwadd_wchnstr(newscr, y, 0, staged.data(), columns);
+}
+
+}  // namespace
+
+void MatchBlankColors()
+{
+    if (!newscr || !curscr || bwColor) return;
+    const bool cleared = is_cleared(curscr) || is_cleared(newscr);
+    // Reading and writing rows moves the windows' cursors; curses keeps the
+    // terminal's cursor in curscr's and the one to show in newscr's.
+    int shownY = 0, shownX = 0, stagedY = 0, stagedX = 0;
+    getyx(curscr, shownY, shownX);
+    getyx(newscr, stagedY, stagedX);
+    const int columns = getmaxx(newscr);
+    for (int y = 0; y < getmaxy(newscr); ++y)
+        if (is_linetouched(newscr, y)) MatchRow(y, columns, cleared);
+    wmove(curscr, shownY, shownX);
+    wmove(newscr, stagedY, stagedX);
+}
+
+}  // namespace Tolm
