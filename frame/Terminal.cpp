@@ -125,12 +125,22 @@ constexpr int kSerialEscDelayMs = 1000;
 
 }  // namespace
 
+namespace {
+
+bool g_unicodeGlyphs = false;
+
+}  // namespace
+
 void PreferUnicodeLines(const char* term)
 {
     if (!term) return;
     const std::string_view name(term);
-    if (name == "linux" || name.substr(0, 5) == "xterm") setenv("NCURSES_NO_UTF8_ACS", "1", 0);
+    g_unicodeGlyphs = name == "linux" || name.substr(0, 5) == "xterm";
+    // The local console cannot switch sets while it takes UTF-8.
+    if (name == "linux") setenv("NCURSES_NO_UTF8_ACS", "1", 0);
 }
+
+bool LoneGlyphsAsUnicode() { return g_unicodeGlyphs; }
 
 void ConfigureInput()
 {

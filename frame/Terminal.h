@@ -37,9 +37,12 @@ void InitColors();
 void DefineKeys();
 
 // Before curses starts: on terminals known to take UTF-8 (the local console,
-// xterm and its kin) lines are drawn as Unicode characters rather than by
-// switching to the line-drawing set, which costs some thirty bytes per switch.
+// xterm and its kin) a lone line glyph is a Unicode character, as a switch to
+// the line-drawing set and back costs some thirty bytes. Long lines on xterm
+// still go through that set: one byte a cell against three.
 void PreferUnicodeLines(const char* term);
+// Whether lone line glyphs are sent as Unicode characters (see above).
+bool LoneGlyphsAsUnicode();
 
 // Input for a console operator: Ctrl-S and Ctrl-Q are plain keys (no flow
 // control can stop the output), and the wait after a lone Esc suits the

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "frame/BlankColors.h"
+#include "frame/CheapCells.h"
 #include "frame/Terminal.h"
 
 namespace Tolm {
@@ -18,7 +18,7 @@ void Window::Flush()
     // seen travelling over the cells being drawn (curses sends nothing when
     // the cursor already is as asked).
     if (!_cursor) curs_set(0);
-    MatchBlankColors();
+    ChooseCheapCells();
     // A hidden cursor may stay wherever the update leaves it.
     if (_cursor)
         setsyx(_yCursor, _xCursor);

@@ -1,4 +1,4 @@
-#include "frame/BlankColors.h"
+#include "frame/CheapCells.h"
 
 #include <climits>
 #include <cwchar>
@@ -71,17 +71,81 @@ bool SameCell(const cchar_t& a, const cchar_t& b)
     return wcscmp(textA, textB) == 0 && (attrsA & ~A_COLOR) == (attrsB & ~A_COLOR) && pairA == pairB;
 }
 
+// Below this many cells a run of line glyphs costs less as Unicode (three
+// bytes a cell) than through the line-drawing set (one byte a cell and some
+// thirty for the switch there and back).
+constexpr int kShortLine = 17;
+
+// The Unicode form of a glyph of the line-drawing set; 0 for none.
+wchar_t UnicodeGlyph(wchar_t acs)
+{
+    switch (acs) {
+    case L'q': return L'\u2500';
+    case L'x': return L'\u2502';
+    case L'l': return L'\u250c';
+    case L'k': return L'\u2510';
+    case L'm': return L'\u2514';
+    case L'j': return L'\u2518';
+    case L't': return L'\u251c';
+    case L'u': return L'\u2524';
+    case L'w': return L'\u252c';
+    case L'v': return L'\u2534';
+    case L'n': return L'\u253c';
+    default: return 0;
+    }
+}
+
+bool IsLineGlyph(const cchar_t& cell)
+{
+    wchar_t text[CCHARW_MAX + 1] = {};
+    attr_t attrs = A_NORMAL;
+    short shortPair = 0;
+    int pair = 0;
+    return getcchar(&cell, text, &attrs, &shortPair, &pair) != ERR && (attrs & A_ALTCHARSET) &&
+           UnicodeGlyph(text[0]) != 0;
+}
+
+void ToUnicode(cchar_t& cell)
+{
+    wchar_t text[CCHARW_MAX + 1] = {};
+    attr_t attrs = A_NORMAL;
+    short shortPair = 0;
+    int pair = 0;
+    if (getcchar(&cell, text, &attrs, &shortPair, &pair) == ERR) return;
+    const wchar_t glyph[2] = {UnicodeGlyph(text[0]), L'\0'};
+    setcchar(&cell, glyph, attrs & ~(A_ALTCHARSET | A_COLOR), shortPair, &pair);
+}
+
+// Returns whether any cell changed.
+bool ShortLinesToUnicode(std::vector<cchar_t>& staged, int columns)
+{
+    bool changed = false;
+    for (int x = 0; x < columns;) {
+        if (!IsLineGlyph(staged[x])) {
+            ++x;
+            continue;
+        }
+        const int first = x;
+        while (x < columns && IsLineGlyph(staged[x])) ++x;
+        // A long run ends on a Unicode glyph all the same: curses would
+        // otherwise switch the set off to move the cursor and on again after.
+        for (int i = x - first >= kShortLine ? x - 1 : first; i < x; ++i) ToUnicode(staged[i]);
+        changed = true;
+    }
+    return changed;
+}
+
 void MatchRow(int y, int columns, bool cleared)
 {
     std::vector<cchar_t> staged(static_cast<size_t>(columns) + 1), shown(static_cast<size_t>(columns) + 1);
     if (mvwin_wchnstr(newscr, y, 0, staged.data(), columns) == ERR) return;
+    bool changed = LoneGlyphsAsUnicode() && ShortLinesToUnicode(staged, columns);
     if (!cleared && mvwin_wchnstr(curscr, y, 0, shown.data(), columns) == ERR) cleared = true;
 
     std::vector<CellLook> cells(static_cast<size_t>(columns));
     for (int x = 0; x < columns; ++x) cells[x] = Look(staged[x]);
     const auto sent = [&](int x) { return cleared || !SameCell(staged[x], shown[x]); };
 
-    bool changed = false;
     for (int x = 0; x < columns;) {
         if (!cells[x].blank) {
             ++x;
@@ -125,9 +189,9 @@ void MatchRow(int y, int columns, bool cleared)
 
 }  // namespace
 
-void MatchBlankColors()
+void ChooseCheapCells()
 {
-    if (!newscr || !curscr || bwColor) return;
+    if (!newscr || !curscr || (bwColor && !LoneGlyphsAsUnicode())) return;
     const bool cleared = is_cleared(curscr) || is_cleared(newscr);
     // Reading and writing rows moves the windows' cursors; curses keeps the
     // terminal's cursor in curscr's and the one to show in newscr's.
