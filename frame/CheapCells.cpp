@@ -135,7 +135,9 @@ bool ShortLinesToUnicode(std::vector<cchar_t>& staged, int columns)
     return changed;
 }
 
-void MatchRow(int y, int columns, bool cleared)
+// `previous` is the last cell of the row above, which the update sends just
+// before this row when both change; it becomes this row's last cell.
+void MatchRow(int y, int columns, bool cleared, CellLook& previous)
 {
     std::vector<cchar_t> staged(static_cast<size_t>(columns) + 1), shown(static_cast<size_t>(columns) + 1);
     if (mvwin_wchnstr(newscr, y, 0, staged.data(), columns) == ERR) return;
@@ -172,8 +174,9 @@ void MatchRow(int y, int columns, bool cleared)
             }
             continue;
         }
-        if (first > 0 && LooksAlike(cells[first - 1], cells[first]))
-            pair = cells[first - 1].pair;
+        const CellLook& left = first > 0 ? cells[first - 1] : previous;
+        if (LooksAlike(left, cells[first]))
+            pair = left.pair;
         else if (x < columns && LooksAlike(cells[x], cells[first]))
             pair = cells[x].pair;
         if (pair < 0) continue;
@@ -185,6 +188,7 @@ void MatchRow(int y, int columns, bool cleared)
         }
     }
     if (changed) mvwadd_wchnstr(newscr, y, 0, staged.data(), columns);
+    previous = cells[columns - 1];
 }
 
 }  // namespace
@@ -199,8 +203,15 @@ void ChooseCheapCells()
     getyx(curscr, shownY, shownX);
     getyx(newscr, stagedY, stagedX);
     const int columns = getmaxx(newscr);
-    for (int y = 0; y < getmaxy(newscr); ++y)
-        if (is_linetouched(newscr, y)) MatchRow(y, columns, cleared);
+    CellLook previous;
+    for (int y = 0; y < getmaxy(newscr); ++y) {
+        if (is_linetouched(newscr, y)) {
+            MatchRow(y, columns, cleared, previous);
+        } else {
+            cchar_t last;
+            if (mvwin_wch(newscr, y, columns - 1, &last) != ERR) previous = Look(last);
+        }
+    }
     wmove(curscr, shownY, shownX);
     wmove(newscr, stagedY, stagedX);
 }
