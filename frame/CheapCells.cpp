@@ -1,6 +1,7 @@
 #include "frame/CheapCells.h"
 
 #include <climits>
+#include <cstring>
 #include <cwchar>
 #include <vector>
 
@@ -116,10 +117,8 @@ void ToUnicode(cchar_t& cell)
     setcchar(&cell, glyph, attrs & ~(A_ALTCHARSET | A_COLOR), shortPair, &pair);
 }
 
-// Returns whether any cell changed.
-bool ShortLinesToUnicode(std::vector<cchar_t>& staged, int columns)
+void ShortLinesToUnicode(std::vector<cchar_t>& staged, int columns)
 {
-    bool changed = false;
     for (int x = 0; x < columns;) {
         if (!IsLineGlyph(staged[x])) {
             ++x;
@@ -130,9 +129,7 @@ bool ShortLinesToUnicode(std::vector<cchar_t>& staged, int columns)
         // A long run ends on a Unicode glyph all the same: curses would
         // otherwise switch the set off to move the cursor and on again after.
         for (int i = x - first >= kShortLine ? x - 1 : first; i < x; ++i) ToUnicode(staged[i]);
-        changed = true;
     }
-    return changed;
 }
 
 // `previous` is the last cell of the row above, which the update sends just
@@ -141,7 +138,8 @@ void MatchRow(int y, int columns, bool cleared, CellLook& previous)
 {
     std::vector<cchar_t> staged(static_cast<size_t>(columns) + 1), shown(static_cast<size_t>(columns) + 1);
     if (mvwin_wchnstr(newscr, y, 0, staged.data(), columns) == ERR) return;
-    bool changed = LoneGlyphsAsUnicode() && ShortLinesToUnicode(staged, columns);
+    const std::vector<cchar_t> original = staged;
+    if (LoneGlyphsAsUnicode()) ShortLinesToUnicode(staged, columns);
     if (!cleared && mvwin_wchnstr(curscr, y, 0, shown.data(), columns) == ERR) cleared = true;
 
     std::vector<CellLook> cells(static_cast<size_t>(columns));
@@ -170,7 +168,6 @@ void MatchRow(int y, int columns, bool cleared, CellLook& previous)
                 if (shownPair == cells[i].pair) continue;
                 SetPair(staged[i], shownPair);
                 cells[i].pair = shownPair;
-                changed = true;
             }
             continue;
         }
@@ -184,10 +181,12 @@ void MatchRow(int y, int columns, bool cleared, CellLook& previous)
             if (cells[i].pair == pair) continue;
             SetPair(staged[i], pair);
             cells[i].pair = pair;
-            changed = true;
         }
     }
-    if (changed) mvwadd_wchnstr(newscr, y, 0, staged.data(), columns);
+    // Only the cells put another way go back: the rest stay exactly as staged.
+    for (int x = 0; x < columns; ++x)
+        if (std::memcmp(&staged[x], &original[x], sizeof(cchar_t)) != 0)
+            mvwadd_wchnstr(newscr, y, x, &staged[x], 1);
     previous = cells[columns - 1];
 }
 
