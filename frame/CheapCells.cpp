@@ -11,6 +11,29 @@ namespace Tolm {
 
 namespace {
 
+// A staged or shown cell taken apart.
+struct CellParts {
+    wchar_t text[CCHARW_MAX + 1] = {};
+    attr_t attrs = A_NORMAL;  // without the colour
+    int pair = 0;
+};
+
+CellParts Parts(const cchar_t& cell)
+{
+    CellParts parts;
+    short shortPair = 0;
+    if (getcchar(&cell, parts.text, &parts.attrs, &shortPair, &parts.pair) == ERR) return CellParts{};
+    parts.attrs &= ~A_COLOR;
+    return parts;
+}
+
+void Assemble(cchar_t& cell, const CellParts& parts)
+{
+    int pair = parts.pair;
+    const short shortPair = pair <= SHRT_MAX ? static_cast<short>(pair) : 0;
+    setcchar(&cell, parts.text, parts.attrs, shortPair, &pair);
+}
+
 struct CellLook {
     bool blank = false;
     attr_t attrs = A_NORMAL;  // without the colour
@@ -27,17 +50,13 @@ int PairBackground(int pair)
 
 CellLook Look(const cchar_t& cell)
 {
-    wchar_t text[CCHARW_MAX + 1] = {};
-    attr_t attrs = A_NORMAL;
-    short shortPair = 0;
-    int pair = 0;
+    const CellParts parts = Parts(cell);
     CellLook look;
-    if (getcchar(&cell, text, &attrs, &shortPair, &pair) == ERR) return look;
-    look.attrs = attrs & ~A_COLOR;
-    look.pair = pair;
+    look.attrs = parts.attrs;
+    look.pair = parts.pair;
     // Reverse video shows the foreground in a blank; only plain blanks count.
-    look.blank = text[0] == L' ' && text[1] == L'\0' && look.attrs == A_NORMAL;
-    look.background = PairBackground(pair);
+    look.blank = parts.text[0] == L' ' && parts.text[1] == L'\0' && look.attrs == A_NORMAL;
+    look.background = PairBackground(parts.pair);
     return look;
 }
 
@@ -48,13 +67,9 @@ bool LooksAlike(const CellLook& a, const CellLook& b)
 
 void SetPair(cchar_t& cell, int pair)
 {
-    wchar_t text[CCHARW_MAX + 1] = {};
-    attr_t attrs = A_NORMAL;
-    short shortPair = 0;
-    int oldPair = 0;
-    if (getcchar(&cell, text, &attrs, &shortPair, &oldPair) == ERR) return;
-    short newShort = pair <= SHRT_MAX ? static_cast<short>(pair) : 0;
-    setcchar(&cell, text, attrs & ~A_COLOR, newShort, &pair);
+    CellParts parts = Parts(cell);
+    parts.pair = pair;
+    Assemble(cell, parts);
 }
 
 // Curses writes over a short stretch of unchanged cells between two changes
@@ -63,13 +78,8 @@ constexpr int kBridged = 8;
 
 bool SameCell(const cchar_t& a, const cchar_t& b)
 {
-    wchar_t textA[CCHARW_MAX + 1] = {}, textB[CCHARW_MAX + 1] = {};
-    attr_t attrsA = A_NORMAL, attrsB = A_NORMAL;
-    short shortA = 0, shortB = 0;
-    int pairA = 0, pairB = 0;
-    getcchar(&a, textA, &attrsA, &shortA, &pairA);
-    getcchar(&b, textB, &attrsB, &shortB, &pairB);
-    return wcscmp(textA, textB) == 0 && (attrsA & ~A_COLOR) == (attrsB & ~A_COLOR) && pairA == pairB;
+    const CellParts partsA = Parts(a), partsB = Parts(b);
+    return wcscmp(partsA.text, partsB.text) == 0 && partsA.attrs == partsB.attrs && partsA.pair == partsB.pair;
 }
 
 // Below this many cells a run of line glyphs costs less as Unicode (three
@@ -98,23 +108,17 @@ wchar_t UnicodeGlyph(wchar_t acs)
 
 bool IsLineGlyph(const cchar_t& cell)
 {
-    wchar_t text[CCHARW_MAX + 1] = {};
-    attr_t attrs = A_NORMAL;
-    short shortPair = 0;
-    int pair = 0;
-    return getcchar(&cell, text, &attrs, &shortPair, &pair) != ERR && (attrs & A_ALTCHARSET) &&
-           UnicodeGlyph(text[0]) != 0;
+    const CellParts parts = Parts(cell);
+    return (parts.attrs & A_ALTCHARSET) && UnicodeGlyph(parts.text[0]) != 0;
 }
 
 void ToUnicode(cchar_t& cell)
 {
-    wchar_t text[CCHARW_MAX + 1] = {};
-    attr_t attrs = A_NORMAL;
-    short shortPair = 0;
-    int pair = 0;
-    if (getcchar(&cell, text, &attrs, &shortPair, &pair) == ERR) return;
-    const wchar_t glyph[2] = {UnicodeGlyph(text[0]), L'\0'};
-    setcchar(&cell, glyph, attrs & ~(A_ALTCHARSET | A_COLOR), shortPair, &pair);
+    CellParts parts = Parts(cell);
+    parts.text[0] = UnicodeGlyph(parts.text[0]);
+    parts.text[1] = L'\0';
+    parts.attrs &= ~A_ALTCHARSET;
+    Assemble(cell, parts);
 }
 
 void ShortLinesToUnicode(std::vector<cchar_t>& staged, int columns)
