@@ -123,10 +123,6 @@ namespace {
 constexpr int kLocalEscDelayMs = 50;
 constexpr int kSerialEscDelayMs = 1000;
 
-}  // namespace
-
-namespace {
-
 bool g_unicodeGlyphs = false;
 
 }  // namespace
