@@ -2,6 +2,8 @@
 // the same on the terminal, with fewer colour and character-set switches.
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "CursesFixture.h"
 #include "frame/CheapCells.h"
 #include "frame/Window.h"
@@ -11,14 +13,15 @@ namespace {
 
 using CheapCellsTest = CursesTest;
 
-attr_t AttrsAt(WINDOW* win, int y, int x)
+// The character of one cell and its attributes without the colour.
+std::pair<wchar_t, attr_t> CellAt(WINDOW* win, int y, int x)
 {
     cchar_t cell;
     wchar_t chars[CCHARW_MAX + 1] = {};
     attr_t attrs = A_NORMAL;
     short pair = 0;
-    if (mvwin_wch(win, y, x, &cell) == ERR || getcchar(&cell, chars, &attrs, &pair, nullptr) == ERR) return 0;
-    return attrs & ~A_COLOR;
+    if (mvwin_wch(win, y, x, &cell) == ERR || getcchar(&cell, chars, &attrs, &pair, nullptr) == ERR) return {};
+    return {chars[0], attrs & ~A_COLOR};
 }
 
 TEST_F(CheapCellsTest, BlanksFollowTheTextBesideThemOrWhatTheTerminalShows)
@@ -34,7 +37,7 @@ TEST_F(CheapCellsTest, BlanksFollowTheTextBesideThemOrWhatTheTerminalShows)
     EXPECT_EQ(PairAt(newscr, 0, 0), text.pair);
     EXPECT_EQ(PairAt(newscr, 0, 5), text.pair);
     EXPECT_EQ(PairAt(newscr, 0, 10), ColorPair(Color::DarkGrey, Color::White));
-    EXPECT_EQ(Narrow(Line(newscr, 0)).substr(0, 11), "  ab      c");
+    EXPECT_EQ(Grid(newscr).substr(0, 11), "  ab      c");
     doupdate();
 
     // Once shown, blanks that look the same keep their colours rather than
@@ -53,11 +56,9 @@ TEST_F(CheapCellsTest, OnlyLongLinesGoThroughTheLineDrawingSet)
     box.Push();
     ChooseCheapCells();
     PreferUnicodeLines("vt100");
-    EXPECT_NE(AttrsAt(newscr, 0, 0), 0u);   // in the long top run
-    EXPECT_EQ(AttrsAt(newscr, 0, 29), 0u);  // the run ends on Unicode
-    EXPECT_EQ(AttrsAt(newscr, 1, 0), 0u);   // a lone side
-    EXPECT_EQ(Line(newscr, 1)[0], L'\u2502');
-    EXPECT_EQ(Line(newscr, 0)[29], L'\u2510');
+    EXPECT_EQ(CellAt(newscr, 0, 1), std::make_pair(L'q', A_ALTCHARSET));  // in the long top run
+    EXPECT_EQ(CellAt(newscr, 0, 29), std::make_pair(L'\u2510', A_NORMAL));  // the run ends on Unicode
+    EXPECT_EQ(CellAt(newscr, 1, 0), std::make_pair(L'\u2502', A_NORMAL));   // a lone side
 }
 
 }  // namespace
