@@ -19,7 +19,10 @@ namespace Tolm {
 namespace {
 
 // The console blocks or redirects signals for its own signal thread; a tool
-// must start with the default dispositions and nothing blocked.
+// must start with the default dispositions and nothing blocked, except that
+// the stop key stays ignored: Ctrl-Z signals the console's group, and a tool
+// caught by it before it has a group of its own would stop before its exec,
+// with the console stuck inside posix_spawn for good.
 class SpawnAttributes {
 public:
     SpawnAttributes()
@@ -31,6 +34,7 @@ public:
         sigset_t all;
         sigemptyset(&none);
         sigfillset(&all);
+        sigdelset(&all, SIGTSTP);
         // A process group of its own: the time limit kills everything the
         // tool started, and keys typed on the terminal signal only us.
         if (posix_spawnattr_setsigmask(&_attr, &none) != 0 ||

@@ -6,12 +6,14 @@
 #include <gmock/gmock.h>
 
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
 #include <fstream>
 #include <string>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace Tolm {
@@ -200,6 +202,41 @@ TEST_F(RunCommandTest, FeedsInputAndClosesStdin)
     sigset_t pending;
     sigpending(&pending);
     EXPECT_EQ(sigismember(&pending, SIGPIPE), 0);
+}
+
+// Ctrl-Z signals the terminal's whole foreground group, the console's. A
+// tool that catches it before it has a group of its own must not stop: the
+// console would wait on it for good.
+TEST_F(RunCommandTest, StopKeysAimedAtTheConsoleNeverStopAStartingTool)
+{
+    WriteTool("/bin/tool", "exit 0");
+    // Ignored from before the fork, as the console does.
+    const auto previous = ::signal(SIGTSTP, SIG_IGN);
+    const pid_t console = ::fork();
+    ::signal(SIGTSTP, previous);
+    ASSERT_GE(console, 0);
+    if (console == 0) {
+        ::signal(SIGTSTP, SIG_IGN);
+        ::setpgid(0, 0);
+        const char* argv[] = {"tool", nullptr};
+        for (int i = 0; i < 300; ++i)
+            if (RunCommand("/bin/tool", argv, nullptr, nullptr, nullptr, nullptr, nullptr, 0, 0) != 0)
+                ::_exit(1);
+        ::_exit(0);
+    }
+    ::setpgid(console, console);
+    int status = -1;
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+    while (::waitpid(console, &status, WNOHANG) == 0) {
+        if (std::chrono::steady_clock::now() > deadline) {
+            ::kill(console, SIGKILL);
+            ::waitpid(console, &status, 0);
+            FAIL() << "a tool was stopped before it started";
+        }
+        ::kill(-console, SIGTSTP);
+        ::usleep(50);
+    }
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
 }
 
 int g_wakes = 0;
