@@ -105,6 +105,11 @@ void BeforeToolWait()
         t_hooks.beforeWait();
 }
 
+int WaitForTool(pid_t pid)
+{
+    return ToolRun(pid, 0).Wait();
+}
+
 void KillRunningTool()
 {
     for (ToolRun* run = t_running; run != nullptr; run = run->_outer)

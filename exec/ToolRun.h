@@ -32,6 +32,11 @@ int OpenPidFd(pid_t pid);
 // waitpid, tried again when a signal cuts it short.
 pid_t WaitChild(pid_t pid, int* status, int flags);
 
+// Waits without a limit for `pid`, which leads its own process group, as for
+// a tool: the hooks are heard and KillRunningTool ends it. Its wait status,
+// or -1. For programs that others start (the host library's).
+int WaitForTool(pid_t pid);
+
 // Kills the process group of the tool this thread is waiting for, if any;
 // for an onWake that ends the process.
 void KillRunningTool();

@@ -8,6 +8,7 @@
 
 #include "exec/ToolRun.h"
 #include "frame/Frame.h"
+#include "host/ChildWait.h"
 #include "host/Log.h"
 
 namespace Tolm {
@@ -36,6 +37,8 @@ void Frame::InitSignals()
     // Waiting for a host tool: the screen shows what it should meanwhile, and
     // the signal pipe is still heard.
     SetToolWaitHooks({&Window::Flush, _signalPipe[0], &Frame::ServeSignalDuringTool});
+    // Programs the host library starts are waited for the same way.
+    Host::SetChildWait(&WaitForTool);
 
     pthread_t thread;
     if (int rc = pthread_create(&thread, nullptr, &Frame::SignalHandler, nullptr); rc != 0) {

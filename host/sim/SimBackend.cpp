@@ -3,6 +3,7 @@
 // command execution.
 #include "host/sim/SimBackend.h"
 
+#include "host/ChildWait.h"
 #include "host/HostPaths.h"
 #include "host/ShellQuote.h"
 
@@ -393,6 +394,10 @@ try {
     if (pid < 0)
         return -1;
     if (pid == 0) {
+        // A process group of its own first: keys typed on the terminal
+        // (Ctrl-Z) no longer reach it, and the console can end everything it
+        // started.
+        ::setpgid(0, 0);
         // The console owns the terminal: a program's output must never land
         // on it. Nothing else of the console (descriptors, blocked or
         // ignored signals) goes along either.
@@ -411,12 +416,10 @@ try {
         ::execl("/bin/sh", "sh", "-c", line.c_str(), static_cast<char*>(nullptr));
         ::_exit(127);
     }
-    int status = 0;
-    while (::waitpid(pid, &status, 0) < 0) {
-        if (errno != EINTR)
-            return -1;
-    }
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    // Both sides set the group, so it exists whichever runs first.
+    ::setpgid(pid, pid);
+    const int status = Host::WaitForChild(pid);
+    return status >= 0 && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 } catch (...) {
     RethrowAsHostFailure();
 }

@@ -1,7 +1,9 @@
 // Troubleshooting options: switching the shell and SSH, their timeouts and
 // the console's own, and restarting the management agents.
+#include <csignal>
 
 #include "Steps.h"
+#include "harness/Process.h"
 
 namespace Tolm::E2E {
 namespace {
@@ -235,6 +237,47 @@ TEST(Troubleshooting, RestartManagementAgents)
     ASSERT_TRUE(RestartAgents(tolm, 1));
     EXPECT_TRUE(tolm.WaitForLog("tarnbacktrace failed, probably hagentd was down"));
     EXPECT_EQ(tolm.State("/services/agents/restarts"), 3);
+}
+
+// Processes still running whose command line names the root.
+int LeftInRoot(const Console& tolm)
+{
+    int left = 0;
+    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+        const std::string cmdline = ReadFile(entry.path() / "cmdline");
+        left += cmdline.find(tolm.Root().string()) != std::string::npos;
+    }
+    return left;
+}
+
+// A host program that never ends does not hold up a terminate signal: the
+// console ends with status 0, takes the program with it and leaves the
+// terminal's own screen back.
+TEST(Troubleshooting, TerminateEndsTheConsoleWhileAHostProgramHangs)
+{
+    for (const std::string tool : {"orla-cmd", "services.sh"}) {
+        SCOPED_TRACE(tool);
+        Console tolm("typical");
+        tolm.Start();
+        if (tool == "orla-cmd") {
+            // The menu asks the agent about lockdown mode as it opens.
+            tolm.SetValue("/tools/hang", {{tool, true}});
+            ASSERT_TRUE(LogIn(tolm));
+            ASSERT_TRUE(tolm.WaitForLog("orla-cmd invocation: get orlasvc/auth/lockdown_is_enabled"));
+        } else {
+            ASSERT_TRUE(OpenTroubleshooting(tolm) && Select(tolm, "Restart Management Agents", 4));
+            tolm.SetValue("/tools/hang", {{tool, true}});
+            tolm.Press(Key::Enter);
+            ASSERT_TRUE(tolm.WaitForText("[ ] Collect extra troubleshooting information") && Settle(tolm));
+            tolm.Press(Key::F11);
+            ASSERT_TRUE(tolm.WaitForText("Stopping management agents."));
+        }
+        ASSERT_TRUE(tolm.WaitUntil([&] { return LeftInRoot(tolm) > 0; }, "the hung program"));
+        tolm.Signal(SIGTERM);
+        EXPECT_EQ(tolm.WaitForExit(), ExitStatus::Exited(0));
+        EXPECT_TRUE(tolm.WaitUntil([&] { return LeftInRoot(tolm) == 0; }, "the hung program ended"));
+        EXPECT_NE(tolm.RawOutput().rfind("\033[?1049l"), std::string::npos);
+    }
 }
 
 }  // namespace
