@@ -144,10 +144,13 @@ public:
     bool WaitForEvent(std::string_view text, Duration timeout = DefaultTimeout(), Where loc = Where::current());
     // On timeout the status has timedOut set.
     ExitStatus WaitForExit(Duration timeout = DefaultTimeout(), Where loc = Where::current());
-    // Until the program printed nothing for `quiet`: before asserting that something did NOT appear.
+    // Until the program printed nothing for `quiet` and waits for a key: before
+    // asserting that something did NOT appear, and before a key that a window
+    // being drawn would discard.
     bool WaitForQuiet(Duration quiet = 200ms, Duration timeout = DefaultTimeout(), Where loc = Where::current());
 
 private:
+    bool WaitsForKey() const;
     void Launch(const std::string& path, const std::vector<std::string>& args);
     std::vector<std::string> ChildEnvironment() const;
     void ReaderLoop(int fd, int stopFd);

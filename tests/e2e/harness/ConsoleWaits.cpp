@@ -3,6 +3,7 @@
 #include <regex>
 #include <sstream>
 #include <stdexcept>
+#include <sys/syscall.h>
 
 #include <gtest/gtest.h>
 
@@ -179,13 +180,41 @@ ExitStatus Console::WaitForExit(Duration timeout, Where loc)
     return *exit_;
 }
 
+// The console blocked in its key wait (select), which it reaches only after
+// drawing, and so after discarding type-ahead. Quiet output alone is not
+// enough: a host tool may be working, and the window drawn after it would
+// discard a key sent meanwhile. Programs other than the console, and a
+// console that cannot be looked at, count as waiting.
+bool Console::WaitsForKey() const
+{
+    const std::string proc = "/proc/" + std::to_string(pid_);
+    if (ReadFile(proc + "/comm") != "tolm\n")
+        return true;
+    std::istringstream syscall(ReadFile(proc + "/syscall"));
+    long number = -1;
+    if (!(syscall >> number))
+        return syscall.str().rfind("running", 0) != 0;
+#ifdef SYS_select
+    if (number == SYS_select)
+        return true;
+#endif
+    return number == SYS_pselect6;
+}
+
 bool Console::WaitForQuiet(Duration quiet, Duration timeout, Where loc)
 {
     auto isQuiet = [&] {
-        std::lock_guard lock(mu_);
-        return eof_ || Clock::now() - lastOutput_ >= quiet;
+        {
+            std::lock_guard lock(mu_);
+            if (eof_)
+                return true;
+            if (Clock::now() - lastOutput_ < quiet)
+                return false;
+        }
+        return WaitsForKey();
     };
-    return Await(isQuiet, timeout, false) || Fail("the output to pause for " + Seconds(quiet), timeout, loc);
+    return Await(isQuiet, timeout, false) ||
+           Fail("the output to pause for " + Seconds(quiet) + " with the program waiting for a key", timeout, loc);
 }
 
 }  // namespace Tolm::E2E

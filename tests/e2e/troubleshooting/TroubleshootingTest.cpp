@@ -262,7 +262,10 @@ TEST(Troubleshooting, TerminateEndsTheConsoleWhileAHostProgramHangs)
         if (tool == "orla-cmd") {
             // The menu asks the agent about lockdown mode as it opens.
             tolm.SetValue("/tools/hang", {{tool, true}});
-            ASSERT_TRUE(LogIn(tolm));
+            ASSERT_TRUE(Started(tolm) && OpenLogin(tolm));
+            tolm.Press(Key::Tab);
+            tolm.Type(ROOT_PASSWORD);
+            tolm.Press(Key::Enter);
             ASSERT_TRUE(tolm.WaitForLog("orla-cmd invocation: get orlasvc/auth/lockdown_is_enabled"));
         } else {
             ASSERT_TRUE(OpenTroubleshooting(tolm) && Select(tolm, "Restart Management Agents", 4));
