@@ -213,8 +213,12 @@ bool Console::WaitForQuiet(Duration quiet, Duration timeout, Where loc)
         }
         return WaitsForKey();
     };
-    return Await(isQuiet, timeout, false) ||
-           Fail("the output to pause for " + Seconds(quiet) + " with the program waiting for a key", timeout, loc);
+    if (Await(isQuiet, timeout, false))
+        return true;
+    const std::string proc = "/proc/" + std::to_string(pid_);
+    return Fail("the output to pause for " + Seconds(quiet) + " with the program waiting for a key", timeout, loc,
+                "Where the program was: syscall " + ReadFile(proc + "/syscall") + "wchan " + ReadFile(proc + "/wchan") +
+                    "\nstat " + ReadFile(proc + "/stat"));
 }
 
 }  // namespace Tolm::E2E
