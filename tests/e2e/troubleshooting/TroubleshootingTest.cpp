@@ -28,6 +28,14 @@ bool Select(Console& tolm, const std::string& title, int downs = 0)
     return tolm.WaitForRow(1, "  " + title + "( |$)") && Settle(tolm);
 }
 
+// Enter opens the selected entry's dialog; it is up once `label`'s field
+// shows `value`.
+bool OpenWith(Console& tolm, std::string_view label, const std::string& value)
+{
+    tolm.Press(Key::Enter);
+    return FieldShows(tolm, label, value) && Settle(tolm);
+}
+
 // Enter is refused with the message box, which Enter closes.
 bool Refused(Console& tolm)
 {
@@ -97,10 +105,8 @@ TEST(Troubleshooting, ShellTimeouts)
     tolm.Start();
     ASSERT_TRUE(OpenTroubleshooting(tolm));
     ASSERT_TRUE(Select(tolm, TIMEOUTS_TITLE, 2));
-    tolm.Press(Key::Enter);
-    ASSERT_TRUE(FieldShows(tolm, "Availability timeout", "0"));
-    EXPECT_TRUE(FieldShows(tolm, "Idle timeout", "15"));
-    ASSERT_TRUE(Settle(tolm));
+    ASSERT_TRUE(OpenWith(tolm, "Idle timeout", "15"));
+    EXPECT_TRUE(FieldShows(tolm, "Availability timeout", "0"));
 
     // Letters and "-" never enter a field. Rows are taken in order: 1440
     // minutes are stored as 86400 seconds and SSH, started behind the
@@ -120,9 +126,7 @@ TEST(Troubleshooting, ShellTimeouts)
     tolm.SetValue("/services/ssh/running", false);
 
     // 0 disables the idle timeout; the unchanged availability row writes nothing.
-    tolm.Press(Key::Enter);
-    ASSERT_TRUE(FieldShows(tolm, "Availability timeout", "1440"));
-    ASSERT_TRUE(Settle(tolm));
+    ASSERT_TRUE(OpenWith(tolm, "Availability timeout", "1440"));
     tolm.Press(Key::Down);
     Retype(tolm, "0");
     tolm.Press(Key::Enter);
@@ -134,9 +138,7 @@ TEST(Troubleshooting, ShellTimeouts)
     // writes nothing.
     tolm.SetValue("/faults/talvocli", "connection refused");
     ASSERT_TRUE(Select(tolm, TIMEOUTS_TITLE));
-    tolm.Press(Key::Enter);
-    ASSERT_TRUE(FieldShows(tolm, "Availability timeout", "1440"));
-    ASSERT_TRUE(Settle(tolm));
+    ASSERT_TRUE(OpenWith(tolm, "Availability timeout", "1440"));
     Retype(tolm, "0");
     tolm.Press(Key::Enter);
     ASSERT_TRUE(tolm.WaitForLog("Disabled Shell timeout"));
@@ -153,18 +155,14 @@ TEST(Troubleshooting, TolmIdleTimeoutCountsAtOnce)
     tolm.Start();
     ASSERT_TRUE(OpenTroubleshooting(tolm));
     ASSERT_TRUE(Select(tolm, TOLM_TIMEOUT, 3));
-    tolm.Press(Key::Enter);
-    ASSERT_TRUE(FieldShows(tolm, "Tolm idle timeout", "0"));
-    ASSERT_TRUE(Settle(tolm));
+    ASSERT_TRUE(OpenWith(tolm, "Tolm idle timeout", "0"));
     Retype(tolm, "1441");
     ASSERT_TRUE(Refused(tolm));
     ASSERT_TRUE(Select(tolm, TOLM_TIMEOUT));
     EXPECT_EQ(Option(tolm, "TolmTimeOut"), 0);
 
     // One minute, from now on: the session ends a (fast) minute later.
-    tolm.Press(Key::Enter);
-    ASSERT_TRUE(FieldShows(tolm, "Tolm idle timeout", "0"));
-    ASSERT_TRUE(Settle(tolm));
+    ASSERT_TRUE(OpenWith(tolm, "Tolm idle timeout", "0"));
     Retype(tolm, "1");
     tolm.Press(Key::Enter);
     ASSERT_TRUE(tolm.WaitForLog("Modified Tolm timeout to 1 minutes"));
@@ -176,9 +174,7 @@ TEST(Troubleshooting, TolmIdleTimeoutCountsAtOnce)
     tolm.SetValue("/advancedOptions/UserVars/TolmTimeOut/value", 1200);
     ASSERT_TRUE(OpenTroubleshooting(tolm));
     ASSERT_TRUE(Select(tolm, TOLM_TIMEOUT, 3));
-    tolm.Press(Key::Enter);
-    ASSERT_TRUE(FieldShows(tolm, "Tolm idle timeout", "20"));
-    ASSERT_TRUE(Settle(tolm));
+    ASSERT_TRUE(OpenWith(tolm, "Tolm idle timeout", "20"));
     Retype(tolm, "0");
     tolm.Press(Key::Enter);
     EXPECT_TRUE(tolm.WaitForLog("Disabled Tolm timeout"));
