@@ -83,39 +83,20 @@ bool SameCell(const cchar_t& a, const cchar_t& b)
 }
 
 // Below this many cells a run of line glyphs costs less as Unicode (three
-// bytes a cell) than through the line-drawing set (one byte a cell and some
-// thirty for the switch there and back).
-constexpr int kShortLine = 17;
-
-// The Unicode form of a glyph of the line-drawing set; 0 for none.
-wchar_t UnicodeGlyph(wchar_t acs)
-{
-    switch (acs) {
-    case L'q': return L'\u2500';
-    case L'x': return L'\u2502';
-    case L'l': return L'\u250c';
-    case L'k': return L'\u2510';
-    case L'm': return L'\u2514';
-    case L'j': return L'\u2518';
-    case L't': return L'\u251c';
-    case L'u': return L'\u2524';
-    case L'w': return L'\u252c';
-    case L'v': return L'\u2534';
-    case L'n': return L'\u253c';
-    default: return 0;
-    }
-}
+// bytes a cell) than through the line-drawing set (one byte a cell and six
+// for the switch there and back).
+constexpr int kShortLine = 3;
 
 bool IsLineGlyph(const cchar_t& cell)
 {
     const CellParts parts = Parts(cell);
-    return (parts.attrs & A_ALTCHARSET) && UnicodeGlyph(parts.text[0]) != 0;
+    return (parts.attrs & A_ALTCHARSET) && LineGlyphAsUnicode(parts.text[0]) != 0;
 }
 
 void ToUnicode(cchar_t& cell)
 {
     CellParts parts = Parts(cell);
-    parts.text[0] = UnicodeGlyph(parts.text[0]);
+    parts.text[0] = LineGlyphAsUnicode(parts.text[0]);
     parts.text[1] = L'\0';
     parts.attrs &= ~A_ALTCHARSET;
     Assemble(cell, parts);
@@ -130,9 +111,8 @@ void ShortLinesToUnicode(std::vector<cchar_t>& staged, int columns)
         }
         const int first = x;
         while (x < columns && IsLineGlyph(staged[x])) ++x;
-        // A long run ends on a Unicode glyph all the same: curses would
-        // otherwise switch the set off to move the cursor and on again after.
-        for (int i = x - first >= kShortLine ? x - 1 : first; i < x; ++i) ToUnicode(staged[i]);
+        if (x - first < kShortLine)
+            for (int i = first; i < x; ++i) ToUnicode(staged[i]);
     }
 }
 

@@ -1,7 +1,9 @@
 #include "frame/CursesSession.h"
 
+#include <cstdio>
 #include <cstdlib>
 
+#include "frame/Painter.h"
 #include "frame/Terminal.h"
 #include "frame/Window.h"
 #include "host/Log.h"
@@ -14,7 +16,10 @@ namespace {
 // cursor sequences after the palette reset of the orderly exit.
 void EndCursesAtExit()
 {
-    if (stdscr && !isendwin()) endwin();
+    if (stdscr && !isendwin()) {
+        Painter::Release();
+        endwin();
+    }
 }
 
 }  // namespace
@@ -33,6 +38,7 @@ bool StartCurses(const char* term)
         }
     }
     start_color();
+    Painter::Begin(fileno(stdout));
     std::atexit(EndCursesAtExit);
 
     Window::ShowCursor(false);
@@ -49,6 +55,7 @@ bool StartCurses(const char* term)
 
 void EndCurses()
 {
+    Painter::Release();
     erase();
     refresh();
     endwin();

@@ -7,6 +7,7 @@
 #include "exec/Session.h"
 #include "frame/Frame.h"
 #include "frame/IdleTimeoutOption.h"
+#include "frame/Painter.h"
 #include "frame/Terminal.h"
 #include "host/HostCtlException.h"
 #include "host/Log.h"
@@ -47,7 +48,11 @@ void Frame::Resize()
     winsize size{};
     if (ioctl(0, TIOCGWINSZ, &size) != 0) return;
     if (size.ws_row == 0 || size.ws_col == 0) return;
-    if (stdscr) resizeterm(size.ws_row, size.ws_col);
+    if (stdscr) {
+        // Curses draws the resized screen itself.
+        Painter::Release();
+        resizeterm(size.ws_row, size.ws_col);
+    }
     Log::Write(LOG_INFO, "Resized window to %dx%d", size.ws_col, size.ws_row);
     if (stdscr) wrefresh(stdscr);
 }

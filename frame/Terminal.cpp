@@ -138,6 +138,24 @@ void PreferUnicodeLines(const char* term)
 
 bool LoneGlyphsAsUnicode() { return g_unicodeGlyphs; }
 
+wchar_t LineGlyphAsUnicode(wchar_t acs)
+{
+    switch (acs) {
+    case L'q': return L'\u2500';
+    case L'x': return L'\u2502';
+    case L'l': return L'\u250c';
+    case L'k': return L'\u2510';
+    case L'm': return L'\u2514';
+    case L'j': return L'\u2518';
+    case L't': return L'\u251c';
+    case L'u': return L'\u2524';
+    case L'w': return L'\u252c';
+    case L'v': return L'\u2534';
+    case L'n': return L'\u253c';
+    default: return 0;
+    }
+}
+
 void ConfigureInput()
 {
     if (!std::getenv("ESCDELAY")) set_escdelay(runningOverSerial ? kSerialEscDelayMs : kLocalEscDelayMs);

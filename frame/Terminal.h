@@ -43,6 +43,8 @@ void DefineKeys();
 void PreferUnicodeLines(const char* term);
 // Whether lone line glyphs are sent as Unicode characters (see above).
 bool LoneGlyphsAsUnicode();
+// The Unicode form of a glyph of the line-drawing set; 0 for none.
+wchar_t LineGlyphAsUnicode(wchar_t acs);
 
 // Input for a console operator: Ctrl-S and Ctrl-Q are plain keys (no flow
 // control can stop the output), and the wait after a lone Esc suits the

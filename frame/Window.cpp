@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "frame/CheapCells.h"
+#include "frame/Painter.h"
 #include "frame/Terminal.h"
 
 namespace Tolm {
@@ -13,19 +14,8 @@ int Window::_yCursor = 0;
 
 void Window::Flush()
 {
-    if (!newscr) return;
-    // Hidden before the update and shown after it, so the cursor is never
-    // seen travelling over the cells being drawn (curses sends nothing when
-    // the cursor already is as asked).
-    if (!_cursor) curs_set(0);
     ChooseCheapCells();
-    // A hidden cursor may stay wherever the update leaves it.
-    if (_cursor)
-        setsyx(_yCursor, _xCursor);
-    else
-        setsyx(-1, -1);
-    doupdate();
-    if (_cursor) curs_set(1);
+    Painter::Update(_cursor, _xCursor, _yCursor);
 }
 
 Window::Window(int x, int y, int width, int height, int background, int foreground)

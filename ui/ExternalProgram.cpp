@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "frame/Painter.h"
 #include "frame/Terminal.h"
 
 namespace Tolm {
@@ -9,6 +10,7 @@ namespace Tolm {
 TerminalLoan::TerminalLoan()
 {
     if (!stdscr) return;
+    Painter::Release();
     def_prog_mode();
     endwin();
     std::fflush(stdout);
@@ -18,9 +20,8 @@ TerminalLoan::~TerminalLoan()
 {
     if (!stdscr) return;
     reset_prog_mode();
-    // The other program painted over everything: the next update repaints
-    // the whole screen, once, with whatever the caller draws now.
-    clearok(curscr, TRUE);
+    // The other program painted over everything.
+    Painter::Resume();
 }
 
 }  // namespace Tolm
