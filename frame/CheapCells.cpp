@@ -72,8 +72,8 @@ void SetPair(cchar_t& cell, int pair)
     Assemble(cell, parts);
 }
 
-// Curses writes over a short stretch of unchanged cells between two changes
-// rather than move the cursor past it.
+// The painter may write over a short stretch of unchanged cells between two
+// changes rather than move the cursor past it.
 constexpr int kBridged = 8;
 
 bool SameCell(const cchar_t& a, const cchar_t& b)

@@ -684,8 +684,14 @@ void Resume()
     std::vector<std::vector<cchar_t>> saved(static_cast<size_t>(rows),
                                             std::vector<cchar_t>(static_cast<size_t>(columns) + 1));
     for (int y = 0; y < rows; ++y) mvwin_wchnstr(newscr, y, 0, saved[y].data(), columns);
+    // The staged screen carries the background of the window pushed last.
+    cchar_t background, plain;
+    wgetbkgrnd(newscr, &background);
+    setcchar(&plain, L" ", A_NORMAL, 0, nullptr);
+    wbkgrndset(newscr, &plain);
     werase(newscr);
     doupdate();
+    wbkgrndset(newscr, &background);
     for (int y = 0; y < rows; ++y) mvwadd_wchnstr(newscr, y, 0, saved[y].data(), columns);
     clearok(curscr, TRUE);
     g_state = State{};

@@ -37,9 +37,10 @@ void InitColors();
 void DefineKeys();
 
 // Before curses starts: on terminals known to take UTF-8 (the local console,
-// xterm and its kin) a lone line glyph is a Unicode character, as a switch to
-// the line-drawing set and back costs some thirty bytes. Long lines on xterm
-// still go through that set: one byte a cell against three.
+// xterm and its kin) a short run of line glyphs is sent as Unicode
+// characters, as a switch to the line-drawing set and back costs six bytes.
+// Longer lines on xterm still go through that set: one byte a cell against
+// three.
 void PreferUnicodeLines(const char* term);
 // Whether lone line glyphs are sent as Unicode characters (see above).
 bool LoneGlyphsAsUnicode();
