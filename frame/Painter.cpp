@@ -106,6 +106,7 @@ struct Capabilities {
     std::vector<AttrCapability> attrs;
     bool bce = false, xenl = false, am = false;
     bool lineFeed = false;    // "\n" moves down a line
+    bool backspace = false;   // "\b" moves left a column
     bool lineGlyphs = false;  // the line-drawing set is usable
     bool sgr = false;         // all of the above combine into one "ESC [ ... m"
     bool sgrDefault = false;  // 39 and 49 give the default colours
@@ -134,6 +135,7 @@ Capabilities Load()
     caps.xenl = tigetflag("xenl") > 0;
     caps.am = tigetflag("am") > 0;
     caps.lineFeed = Text("cud1") == "\n";
+    caps.backspace = Text("cub1") == "\b";
     // The local console cannot switch sets while it takes UTF-8; curses is
     // told so through the environment, and so are we.
     const char* noAcs = std::getenv("NCURSES_NO_UTF8_ACS");
@@ -290,7 +292,8 @@ public:
         Consider(best, _caps.hpa ? WithoutDelays(tiparm(_caps.hpa, to)) : std::string());
         if (to > from && _caps.cuf) Consider(best, WithoutDelays(tiparm(_caps.cuf, to - from)));
         if (to < from && _caps.cub) Consider(best, WithoutDelays(tiparm(_caps.cub, from - to)));
-        if (to < from && from - to <= 2) Consider(best, std::string(static_cast<size_t>(from - to), '\b'));
+        if (to < from && from - to <= 2 && _caps.backspace)
+            Consider(best, std::string(static_cast<size_t>(from - to), '\b'));
         return best;
     }
 
@@ -620,7 +623,8 @@ void SyncCurses(int rows, int columns)
     int y0 = 0, x0 = 0;
     getyx(newscr, y0, x0);
     for (int y = 0; y < rows; ++y)
-        if (mvwin_wchnstr(newscr, y, 0, line.data(), columns) != ERR) mvwadd_wchnstr(curscr, y, 0, line.data(), columns);
+        if (mvwin_wchnstr(newscr, y, 0, line.data(), columns) != ERR)
+            mvwadd_wchnstr(curscr, y, 0, line.data(), columns);
     wmove(newscr, y0, x0);
     wtouchln(newscr, 0, rows, 0);
     clearok(curscr, FALSE);
