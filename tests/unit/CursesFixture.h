@@ -27,6 +27,14 @@ inline int PairOf(WINDOW* win, int y = -1, int x = 0)
     return extended;
 }
 
+// One character in UTF-8.
+inline std::string Utf8(wchar_t c)
+{
+    if (c < 0x80) return std::string(1, static_cast<char>(c));
+    if (c < 0x800) return {char(0xC0 | (c >> 6)), char(0x80 | (c & 0x3F))};
+    return {char(0xE0 | (c >> 12)), char(0x80 | ((c >> 6) & 0x3F)), char(0x80 | (c & 0x3F))};
+}
+
 class TestTerminal {
 public:
     explicit TestTerminal(const char* term, int lines = 25, int cols = 80)
@@ -95,9 +103,7 @@ protected:
                 attr_t attrs;
                 short pair;
                 if (mvwin_wch(win, y, x, &cell) == OK) getcchar(&cell, chars, &attrs, &pair, nullptr);
-                const wchar_t c = chars[0] ? chars[0] : L' ';
-                if (c < 0x80) grid += static_cast<char>(c);
-                else grid += {char(0xE0 | (c >> 12)), char(0x80 | ((c >> 6) & 0x3F)), char(0x80 | (c & 0x3F))};
+                grid += Tolm::Test::Utf8(chars[0] ? chars[0] : L' ');
             }
             grid += "|\n";
         }

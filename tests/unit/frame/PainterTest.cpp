@@ -17,13 +17,6 @@
 namespace Tolm {
 namespace {
 
-std::string Utf8(wchar_t c)
-{
-    if (c < 0x80) return std::string(1, static_cast<char>(c));
-    if (c < 0x800) return {char(0xC0 | (c >> 6)), char(0x80 | (c & 0x3F))};
-    return {char(0xE0 | (c >> 12)), char(0x80 | ((c >> 6) & 0x3F)), char(0x80 | (c & 0x3F))};
-}
-
 // What a staged cell must look like on the terminal.
 E2E::Cell Expected(int y, int x)
 {
@@ -36,7 +29,7 @@ E2E::Cell Expected(int y, int x)
     getcchar(&staged, chars, &attrs, &shortPair, &pair);
     E2E::Cell cell;
     const wchar_t glyph = (attrs & A_ALTCHARSET) ? LineGlyphAsUnicode(chars[0]) : chars[0];
-    cell.text = Utf8(glyph ? glyph : L' ');
+    cell.text = Test::Utf8(glyph ? glyph : L' ');
     if (pair > 0) extended_pair_content(pair, &cell.fg, &cell.bg);
     cell.bold = attrs & A_BOLD;
     cell.reverse = attrs & (A_REVERSE | A_STANDOUT);
